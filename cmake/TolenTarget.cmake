@@ -1,0 +1,22 @@
+# What every target of ours is built with.
+function(tolen_target target)
+  target_compile_options(${target} PRIVATE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+  if(TOLEN_SANITIZE)
+    target_compile_options(${target} PRIVATE
+      -fsanitize=${TOLEN_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all -g1)
+    target_link_options(${target} PRIVATE -fsanitize=${TOLEN_SANITIZE})
+  endif()
+endfunction()
+
+# A test program from all sources of one folder of tests/.
+function(tolen_test_program name folder)
+  file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp)
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(${name} ${sources})
+  tolen_target(${name})
+  target_link_libraries(${name} PRIVATE ${ARGN} TolenTestPaths GTest::gmock_main)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST)
+endfunction()

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "TolenCore/Export.h"
+
+#include <string>
+
+namespace Tolen {
+
+/// Where the system talks to a person: three printf-style channels without further levels.
+///
+/// Lines end with their own "\n". Text that comes from a user goes through "%s", never as a format.
+class TOLEN_EXPORT IMgrConsole {
+public:
+    virtual ~IMgrConsole() = default;
+
+    /// The general channel: what happened, and conditions a client can't mend.
+    virtual void Print(const char* format, ...) TOLEN_PRINTF(2, 3) = 0;
+    /// The warning channel.
+    virtual void Warning(const char* format, ...) TOLEN_PRINTF(2, 3) = 0;
+    /// The error channel.
+    virtual void Error(const char* format, ...) TOLEN_PRINTF(2, 3) = 0;
+};
+
+/// Takes finished console text. A sink is borrowed by its console and must outlive the use.
+class TOLEN_EXPORT IConsoleSink {
+public:
+    enum Channel { kChannel_General, kChannel_Warning, kChannel_Error };
+
+    virtual ~IConsoleSink() = default;
+
+    /// @param text one message as it was formatted, with its line feed if it has one
+    virtual void Write(Channel channel, const std::string& text) = 0;
+};
+
+/// The console that formats messages and hands them to a sink; without one they go to stderr.
+/// Safe to call from several threads when its sink is.
+class TOLEN_EXPORT MgrConsole : public IMgrConsole {
+public:
+    /// @param sink borrowed; null for stderr
+    explicit MgrConsole(IConsoleSink* sink = nullptr) : _pSink(sink) {}
+
+    /// Replaces the sink. @return the one before, null for stderr
+    IConsoleSink* SetSink(IConsoleSink* sink);
+
+    void Print(const char* format, ...) override TOLEN_PRINTF(2, 3);
+    void Warning(const char* format, ...) override TOLEN_PRINTF(2, 3);
+    void Error(const char* format, ...) override TOLEN_PRINTF(2, 3);
+
+private:
+    void _Write(IConsoleSink::Channel channel, const std::string& text);
+
+    IConsoleSink* _pSink; ///< borrowed
+};
+
+/// The console of the process. Never null unless a client set it so.
+TOLEN_EXPORT IMgrConsole* GetMgrConsole();
+
+/// Replaces the console of the process. @param console borrowed; null silences it
+/// @return the one before
+TOLEN_EXPORT IMgrConsole* SetMgrConsole(IMgrConsole* console);
+
+} // namespace Tolen

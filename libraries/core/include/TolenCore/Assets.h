@@ -3,6 +3,7 @@
 #include "TolenCore/Export.h"
 #include "TolenCore/Path.h"
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <string>
@@ -19,6 +20,7 @@ public:
         kStatus_NotAFile,   ///< a folder or a device
         kStatus_Unreadable, ///< there, but it can't be read
         kStatus_BadMode,    ///< a mode that the assets don't know
+        kStatus_TooLarge,   ///< a file of more than 256 MiB
     };
 
     virtual ~IAsset() = default;

@@ -47,11 +47,10 @@ struct LinkedStage {
     std::unordered_map<const Function*, const Function*> definitionOf; ///< of reachable calls
 };
 
-/// A uniform or a uniform block; `location` is its index in its table.
+/// A uniform or a uniform block; its location is its index in its table.
 struct LinkedUniform {
     std::string_view name;
     Type type; ///< of a uniform block the element's
-    bool isBlock = false;
     bool isRead = false;
 };
 
@@ -84,8 +83,8 @@ struct LinkedProgram {
     LinkedStage shading;                 ///< kStage_Ray, kStage_Frame or kStage_Prefix
     std::unique_ptr<LinkedStage> vertex; ///< null when no vertex text is attached
 
-    std::vector<LinkedUniform> uniforms; ///< of both stages, blocks as well; the index is the
-                                         ///< location of a uniform or of a block
+    std::vector<LinkedUniform> uniforms; ///< of both stages
+    std::vector<LinkedUniform> blocks;   ///< of both stages
     std::vector<LinkedAttribute> attributes;
     std::vector<LinkedVarying> varyings;
     std::vector<LinkedRayAttribute> rayAttributes;
@@ -93,7 +92,7 @@ struct LinkedProgram {
 
     std::vector<std::shared_ptr<const CompiledShader>> shaders; ///< keep every node alive
 
-    /// @return -1 when the program has no such uniform; a block is none, and the other way round
+    /// @return -1 when the program declares no such uniform or block
     int GetUniformLocation(std::string_view uniformName) const;
     int GetUniformBlockLocation(std::string_view blockName) const;
     /// @return -1 when the program does not read such an attribute

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "TolenCore/FastDelegate.h"
+
+#include <cstdint>
+
+namespace Tolen::OpenKL {
+
+/// How far a render has come.
+struct RenderProgress {
+    std::int64_t tilesDone;
+    std::int64_t tiles;
+};
+
+/// What to render.
+struct RenderSettings {
+    /// The samples of each pixel to render now: @p samples ones from @p firstSample on. Ranges that
+    /// don't overlap can be rendered one after the other into one framebuffer, or apart and added.
+    int firstSample = 0;
+    int samples = 1;
+    /// The samples that the whole frame is planned to have, which programs read as kl_SampleCount;
+    /// 0 stands for firstSample + samples.
+    int sampleCount = 0;
+
+    /// The pixels to render, the lower left corner and the size; a width or height of 0 stands for
+    /// all up to the framebuffer's edge. What lies outside the framebuffer is cut off.
+    int x = 0, y = 0, width = 0, height = 0;
+
+    /// Programs read it as kl_Time.
+    float time = 0.0f;
+
+    /// Called after each tile, by one rendering thread at a time; an answer of false cancels.
+    /// An empty delegate goes on. It must not call the context, except for Cancel.
+    FastDelegate1<const RenderProgress&, bool> progress;
+};
+
+/// How a render ended.
+enum RenderOutcome {
+    kRender_Finished,
+    kRender_Cancelled, ///< each tile has either all of its samples or none
+    kRender_Failed,    ///< nothing was rendered; the messages say why
+};
+
+} // namespace Tolen::OpenKL

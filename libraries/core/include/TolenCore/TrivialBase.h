@@ -1,0 +1,12 @@
+#pragma once
+
+namespace Tolen {
+
+/// Names an allocator where an operation asks for one; every such operation uses the process's heap.
+struct AllocationDummy {};
+
+/// A marker base for objects that allocate nothing but themselves. It holds nothing.
+template <class Allocation>
+class TrivialBase {};
+
+} // namespace Tolen

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+
+/// The limits of the library. Input beyond one of them is refused with a message that names the
+/// limit, its value and the place in the source; everything up to it works, on a thread with a
+/// stack of 1 MiB too.
+namespace Tolen::Effects {
+
+/// How deep included and imported files may nest.
+inline constexpr int kLimitIncludeDepth = 64;
+
+/// Files that one library may open, each opening counted.
+inline constexpr int kLimitFiles = 4096;
+
+/// Bytes of one library's source once its directives are expanded.
+inline constexpr std::size_t kLimitExpandedSource = std::size_t{64} << 20;
+
+/// How deep expressions, statements and blocks may nest in source. Neither the operands of an
+/// operator chain (`a + b + c`) nor the members of an `else if` chain nest: those have any length.
+inline constexpr int kLimitNesting = 1024;
+
+/// Bytes of one generated text.
+inline constexpr std::size_t kLimitGeneratedText = std::size_t{64} << 20;
+
+} // namespace Tolen::Effects

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+
+namespace Tolen {
+
+/// Tells whether its owner is still there, for code that calls listeners which may destroy it:
+///
+///     const LifeToken::Watch alive = _life.GetWatch();
+///     listeners.Fire(this);
+///     if (!alive) return false;
+class LifeToken {
+public:
+    class Watch {
+    public:
+        explicit operator bool() const { return *_alive; }
+
+    private:
+        friend class LifeToken;
+        explicit Watch(std::shared_ptr<const bool> alive) : _alive(std::move(alive)) {}
+        std::shared_ptr<const bool> _alive;
+    };
+
+    LifeToken() : _alive(std::make_shared<bool>(true)) {}
+    ~LifeToken() { *_alive = false; }
+    LifeToken(const LifeToken&) = delete;
+    LifeToken& operator=(const LifeToken&) = delete;
+
+    Watch GetWatch() const { return Watch(_alive); }
+
+private:
+    std::shared_ptr<bool> _alive;
+};
+
+} // namespace Tolen

@@ -10,11 +10,17 @@ namespace Tolen::Effects {
 /// How deep included and imported files may nest.
 inline constexpr int kLimitIncludeDepth = 64;
 
-/// Files that one library may open, each opening counted.
+/// Files that one library may open, each opening counted, those of its imports included.
 inline constexpr int kLimitFiles = 4096;
 
-/// Bytes of one library's source once its directives are expanded.
+/// Bytes that the directives of one library expand to, those of the libraries it imports included.
 inline constexpr std::size_t kLimitExpandedSource = std::size_t{64} << 20;
+
+/// Characters in a name given to #define.
+inline constexpr std::size_t kLimitDefinitionName = 1024;
+
+/// How deep classes may nest that are loaded because the loading of another one refers to them.
+inline constexpr int kLimitPrototypeDepth = 128;
 
 /// How deep expressions, statements and blocks may nest in source. Neither the operands of an
 /// operator chain (`a + b + c`) nor the members of an `else if` chain nest: those have any length.

@@ -1,0 +1,148 @@
+#pragma once
+
+#include "TolenEffects/Key.h"
+#include "TolenEffects/SyntaxTypes.h"
+
+#include "TolenCore/Export.h"
+#include "TolenCore/FastDelegate.h"
+
+#include <string>
+
+namespace Tolen {
+class IMgrConsole;
+class IOpenKLContext;
+class Result;
+} // namespace Tolen
+
+namespace Tolen::Effects {
+
+class IEffect;
+class IPrototypeInterface;
+class IPrototypeShader;
+class IShader;
+class MgrEffectsImpl;
+class Profiler;
+
+/// The entry to the library: loaded shader libraries, shaders and effects, the outputs that shaders
+/// write to, and the keys of generated names.
+///
+/// Everything handed out here is owned by the manager and dies at its shutdown at the latest. All
+/// calls come from one thread at a time; only CreateKey and DestroyKey may come from any thread. A
+/// null `Result*` is legal everywhere and drops the messages. Before Init and after Shutdown,
+/// creations answer null, and Update and the visits of effects answer false.
+///
+/// Listeners are called in an order that is the same in every run, up to the first that answers
+/// false; adding one twice has no effect. Visits call the delegate for every entry and answer
+/// whether all calls answered true; they answer true when there is no entry.
+class TOLEN_EXPORT IMgrEffects {
+public:
+    virtual ~IMgrEffects() = default;
+
+    /// Destroys everything in the manager. Safe to repeat.
+    virtual void Shutdown() = 0;
+
+    /// For the library's own code.
+    virtual MgrEffectsImpl* GetImplementation() = 0;
+
+    /// Parses @p source as the library @p name. A name that is loaded already answers true, and
+    /// the new source is not looked at: a library is never replaced.
+    /// @return false with the reasons in @p result when the source has errors
+    virtual bool AddLibrary(const std::string& name, const std::string& source,
+                            Result* result) = 0;
+    /// Reads a file through the assets of the process, runs its directives and adds the text as the
+    /// library of the file's full path. Other files that it imports become libraries as well.
+    /// @return false when a file is missing or empty, a directive can't be followed, or the text
+    ///         has errors; what is wrong with files and directives goes to the console
+    virtual bool AddLibrary(const std::string& file, Result* result) = 0;
+
+    /// Declares a variable that rays carry in every shader from the next compile on. Always true;
+    /// nothing is checked.
+    virtual bool AddRayAttribute(TypeSpecifier type, const std::string& name) = 0;
+    /// The same for a global variable.
+    virtual bool AddVariableGlobal(TypeSpecifier type, const std::string& name) = 0;
+
+    /// The class @p name of the first library, by library name, that declares it.
+    /// @return null when there is none or when it can't be used, with the reasons in @p result
+    virtual IPrototypeShader* GetPrototypeShader(const std::string& name, Result* result) = 0;
+    /// The interface @p name of the first library, by library name, that declares it, or null.
+    virtual IPrototypeInterface* GetPrototypeInterface(const std::string& name) = 0;
+
+    /// Ray attributes and global variables in the order in which they were added.
+    virtual bool
+    VisitRayAttributes(FastDelegate2<TypeSpecifier, const std::string&, bool>& visit) = 0;
+    virtual bool
+    VisitVariablesGlobal(FastDelegate2<TypeSpecifier, const std::string&, bool>& visit) = 0;
+    /// Effects of one kind in the order in which they were created. An effect whose creation
+    /// failed is visited as null.
+    virtual bool VisitEffectsSurface(FastDelegate1<IEffect*, bool>& visit) = 0;
+    virtual bool VisitEffectsRenderer(FastDelegate1<IEffect*, bool>& visit) = 0;
+    virtual bool VisitEffectsPrefix(FastDelegate1<IEffect*, bool>& visit) = 0;
+
+    /// Makes a shader of the class @p name of the first library, by library name, that gives one.
+    /// @return null with the reasons in @p result
+    virtual IShader* CreateShader(const std::string& name, Result* result) = 0;
+    /// The same; the reasons go to the console.
+    virtual IShader* CreateShader(const std::string& name) = 0;
+    virtual void DestroyShader(IShader* shader) = 0;
+
+    virtual IEffect* CreateEffectSurface() = 0;
+    virtual void DestroyEffectSurface(IEffect* effect) = 0;
+    virtual IEffect* CreateEffectRenderer() = 0;
+    virtual void DestroyEffectRenderer(IEffect* effect) = 0;
+    virtual IEffect* CreateEffectPrefix() = 0;
+    virtual void DestroyEffectPrefix(IEffect* effect) = 0;
+
+    /// Called when the first user of an output comes and when the last one goes. The output
+    /// "o_color", which is there from Init to Shutdown, is not told by its own coming and going.
+    virtual bool AddListenerAddOutput(
+        FastDelegate2<TypeSpecifier, const std::string&, bool>& listener) = 0;
+    virtual bool RemoveListenerAddOutput(
+        FastDelegate2<TypeSpecifier, const std::string&, bool>& listener) = 0;
+    virtual bool AddListenerRemoveOutput(FastDelegate1<const std::string&, bool>& listener) = 0;
+    virtual bool RemoveListenerRemoveOutput(FastDelegate1<const std::string&, bool>& listener) = 0;
+
+    /// Counts one more user of an output.
+    /// @return false, and no change, when the name is in use with another type
+    virtual bool AcquireOutput(TypeSpecifier type, const std::string& name) = 0;
+    /// Counts one user less; an unknown name answers true.
+    /// @return false when the last user went and a listener answered so
+    virtual bool ReleaseOutput(const std::string& name) = 0;
+    /// Distinct output names in use.
+    virtual int GetCountOutputs() = 0;
+    virtual bool HasOutput(const std::string& name) = 0;
+    /// Outputs in use, by name.
+    virtual bool VisitOutputs(FastDelegate2<TypeSpecifier, const std::string&, bool>& visit) = 0;
+
+    /// Sets the attachment that an output goes to, whether or not anyone uses the output. It stays
+    /// until it is cleared. @return true
+    virtual bool SetOutputAttachmentIndex(const std::string& name, int index) = 0;
+    /// Writes the attachment of an output to @p index, 15 for one without. @return true
+    virtual bool GetOutputAttachmentIndex(int& index, const std::string& name) = 0;
+    /// @return false when the output had none
+    virtual bool ClearOutputAttachmentIndex(const std::string& name) = 0;
+    /// Called after every change of an attachment; the answers change nothing for the caller.
+    virtual bool AddListenerChangeOutputIndices(FastDelegate0<bool>& listener) = 0;
+    virtual bool RemoveListenerChangeOutputIndices(FastDelegate0<bool>& listener) = 0;
+
+    /// Updates all effects: surfaces, then prefixes, then renderers, whatever the others answer;
+    /// failures are printed on the console.
+    /// @return whether every update succeeded
+    virtual bool Update() = 0;
+    /// The same with the messages of the effects in @p result as well. Each failing effect has all
+    /// messages so far printed.
+    virtual bool Update(Result* result) = 0;
+
+    /// Hands out the key that was given back last, otherwise the lowest that was never in use,
+    /// from 1 on.
+    virtual Key CreateKey() = 0;
+    /// Gives a key back. One that isn't in use is told on the console.
+    virtual void DestroyKey(Key& key) = 0;
+
+    /// What Init was given; null outside of Init and Shutdown.
+    virtual IMgrConsole* GetConsole() const = 0;
+    virtual IOpenKLContext* GetOpenKLContext() const = 0;
+    /// Timings of the manager and its effects; null outside of Init and Shutdown.
+    virtual Profiler* GetProfiler() const = 0;
+};
+
+} // namespace Tolen::Effects

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "TolenCore/Export.h"
+
+#include <string>
+
+namespace Tolen::Effects {
+
+/// A number that tells apart what would otherwise share a name in generated text.
+class TOLEN_EXPORT Key {
+public:
+    /// The null key, 0.
+    Key() = default;
+    explicit Key(unsigned int number) : _number(number) {}
+
+    /// The one null key.
+    static const Key& Null();
+
+    /// "_k" and the number in hexadecimal, such as "_k1a" for 26.
+    std::string ToString() const;
+
+    unsigned int GetNumber() const { return _number; }
+
+    friend bool operator==(const Key& a, const Key& b) { return a._number == b._number; }
+    friend bool operator!=(const Key& a, const Key& b) { return a._number != b._number; }
+    friend bool operator<(const Key& a, const Key& b) { return a._number < b._number; }
+
+private:
+    unsigned int _number = 0;
+};
+
+} // namespace Tolen::Effects

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "TolenCore/Export.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace Tolen::Effects {
+
+/// Time samples by name, in milliseconds, in the order in which they were taken.
+class TOLEN_EXPORT Profiler {
+public:
+    using Samples = std::map<std::string, std::vector<float>>;
+
+    void AddTimeSample(const std::string& name, float milliseconds);
+
+    const Samples& GetTimeSamples() const { return _samples; }
+
+    /// Writes one line for each name to the debugger output: "name (ms):1.5, 2".
+    void Dump() const;
+
+private:
+    Samples _samples;
+};
+
+} // namespace Tolen::Effects

@@ -18,7 +18,9 @@ struct CompiledShader {
     std::string text;
     std::vector<Variable*> globals;   ///< in order of declaration, each name once
     std::vector<Function*> functions; ///< in order of first declaration, each signature once
-    Arena arena;                      ///< owns every node
+    /// The functions that initialisers of globals call.
+    std::span<Function* const> initializerCallees;
+    Arena arena; ///< owns every node
 };
 
 /// Compiles a text for a stage.

@@ -11,10 +11,10 @@
 /// The typed expressions of a checked text. Every name is resolved, every conversion is a node of
 /// its own, every operation has operands of types that it works on.
 ///
-/// Depth: parentheses, calls, subscripts and conditionals nest at most kMaxNesting (Limits.h)
-/// levels, so that recursion over them is safe. The `left` operands of BinaryExpression and
-/// CommaExpression, at most one ConvertExpression between two of them, form chains as long as the
-/// text has operators: follow those in a loop.
+/// Depth: `left` of BinaryExpression and of CommaExpression form chains as long as the text has
+/// operators, which are to be followed in a loop; a ConvertExpression may stand between two links.
+/// Along every other edge an expression nests at most kMaxNesting (Limits.h) levels, so that
+/// recursion is safe there. `height` tells how many.
 namespace Tolen::OpenKL {
 
 enum ExpressionKind : std::uint8_t {
@@ -39,6 +39,7 @@ enum ExpressionKind : std::uint8_t {
 /// Base of all expressions.
 struct Expression {
     ExpressionKind kind;
+    std::uint16_t height = 1; ///< levels of nesting below and with this node, chains not counted
     Type type;
     int line;
 
@@ -59,7 +60,8 @@ union ScalarValue {
     std::int32_t i; ///< also of bools, as 0 or 1
 };
 
-/// A constant scalar, vector or matrix.
+/// A constant scalar, vector or matrix. One of type void is an operand that was left out, as in
+/// `(, b)`: it does nothing.
 struct LiteralExpression : Expression {
     std::span<const ScalarValue> values; ///< in memory order, as many as the type has scalars
 

@@ -99,11 +99,18 @@ struct LinkedProgram {
     int GetAttributeLocation(std::string_view attributeName) const;
 };
 
+/// A text on its way into a program.
+struct LinkInput {
+    std::string name; ///< for messages
+    std::shared_ptr<const CompiledShader> shader;
+};
+
 /// Links compiled texts, in the order given, into a program.
-/// @param messages set to the lines of every error, as CompileShader does, empty on success
+/// @param messages set to one line for every error, joined by newlines, which names the program,
+///                 the texts and their lines; empty on success
 /// @return null when there are errors
-std::shared_ptr<const LinkedProgram>
-LinkProgram(std::string_view name, std::span<const std::shared_ptr<const CompiledShader>> shaders,
-            std::string& messages);
+std::shared_ptr<const LinkedProgram> LinkProgram(std::string_view name,
+                                                 std::span<const LinkInput> texts,
+                                                 std::string& messages);
 
 } // namespace Tolen::OpenKL

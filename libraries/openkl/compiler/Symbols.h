@@ -55,8 +55,8 @@ struct Variable {
     Direction direction = kDirection_In;
     BuiltinVariable builtin = kVariable_None;
     bool isConst = false;   ///< a local or parameter declared const
-    bool isRead = false;    ///< some expression of its text reads it
     bool isWritten = false; ///< some expression of its text writes it
+    int reads = 0;          ///< how many expressions of its text read it
     int line = 0;           ///< 0 for built-ins
     /// Of a global; null when there is none. A local has it in its DeclarationStatement.
     const Expression* initializer = nullptr;

@@ -1,0 +1,217 @@
+#pragma once
+
+#include "ShaderTable.h"
+#include "TolenEffects/IPrototypeShader.h"
+
+#include "TolenCore/CreationOrder.h"
+#include "TolenCore/ListenerSet.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+
+namespace Tolen::Effects {
+
+class FreeFunctions;
+class FunctionCall;
+class FunctionDefinition;
+class IPrototypeInterface;
+class IPrototypeMember;
+class IPrototypeParameter;
+class Library;
+class Module;
+class VariableDeclaration;
+
+/// A class of a loaded library.
+///
+/// Its variables are split by two questions: static ones live here, once, the others are made again
+/// for each shader from the prototypes kept here; inputs are set by the client, the rest is not.
+/// From the declaration it makes two modules of its own: the code that exists once for the class,
+/// and the template that each shader copies under its own names. Both wait until all static inputs
+/// have what they need, and are made again when the structure of one of them changes.
+class TOLEN_EXPORT PrototypeShader : public IPrototypeShader, public CreationOrder {
+public:
+    PrototypeShader();
+    ~PrototypeShader() override;
+    PrototypeShader(const PrototypeShader&) = delete;
+    PrototypeShader& operator=(const PrototypeShader&) = delete;
+
+    /// @param library, definition borrowed; the definition lies in the library's module
+    /// @param result takes the reasons of a failure; may be null
+    bool Init(Library* library, ClassDefinition* definition, Result* result);
+    /// Tells the delete listeners, then destroys what is left of shaders, references and tables.
+    /// Safe to repeat.
+    void Shutdown();
+
+    /// Makes a shader of the class, owned here.
+    /// @return null on failure, and while the prototype or a shader of the class is being made
+    IShader* CreateShader(Result* result);
+    /// Destroys a shader made here; others are passed over.
+    void DestroyShader(IShader* shader);
+
+    /// Adds the class's own code, and the free functions that it calls, to a graph's module.
+    /// @return false while the class is incomplete
+    bool CollectShader(Module* module);
+
+    /// Brings the calls of free functions in the definitions of @p module from position
+    /// @p firstDefinition on to the names that those functions carry in merged code.
+    void RenameFreeFunctionCalls(Module* module, std::size_t firstDefinition) const;
+
+    /// @return "Undefined" for what is no static method
+    const std::string& GetStaticMethodNameMangled(const std::string& method) const;
+
+    /// The non-static code of the class, to be copied; null while the class is incomplete. It dies
+    /// at every change of structure.
+    const ClassDefinition* GetTemplate() const;
+    /// The implemented interface, null if there is none.
+    const IPrototypeInterface* GetInterface() const { return _pPrototypeInterface; }
+
+    /// The variables that each shader gets, by name; visits call every callback.
+    IPrototypeParameter* GetPrototypeParameter(const std::string& name) const;
+    IPrototypeMember* GetPrototypeMember(const std::string& name) const;
+    bool VisitPrototypeParameters(
+        FastDelegate2<const std::string&, IPrototypeParameter*, bool>& visit);
+    bool VisitPrototypeMembers(FastDelegate2<const std::string&, IPrototypeMember*, bool>& visit);
+    /// The other classes whose static methods this one calls, in the order in which their
+    /// prototypes were made.
+    bool VisitPrototypeShadersStatic(FastDelegate1<IPrototypeShader*, bool>& visit);
+
+    /// Structure listeners hear when the code of the class has changed.
+    bool AddListenerChangeStructure(FastDelegate1<PrototypeShader*, bool>& listener);
+    bool RemoveListenerChangeStructure(FastDelegate1<PrototypeShader*, bool>& listener);
+
+    bool AddListenerDelete(FastDelegate1<IPrototypeShader*, bool>& listener) override;
+    bool RemoveListenerDelete(FastDelegate1<IPrototypeShader*, bool>& listener) override;
+    std::string GetClassName() override;
+    IMgrEffects* GetMgrEffects() const override;
+    const ClassDefinition* GetDefinition() const override { return _pClass; }
+    ReferencePrototypeShader* AcquireReference(IGraph* graph) override;
+    bool ReleaseReference(ReferencePrototypeShader* reference) override;
+    bool VisitParameters(FastDelegate2<const std::string&, IParameter*, bool>& visit) override;
+    IParameter* GetParameter(const std::string& name) override;
+    bool VisitMembers(FastDelegate2<const std::string&, IMember*, bool>& visit) override;
+    IMember* GetMember(const std::string& name) override;
+    bool VisitCoords(FastDelegate3<TypeSpecifier, const std::string&, TransformationCoord, bool>&
+                         visit) override;
+    bool VisitOutputs(FastDelegate2<TypeSpecifier, const std::string&, bool>& visit) override;
+    bool Apply(IKLPrimitive* primitive, IKLProgram* program) override;
+    std::string GetConstructorStatic() override;
+    bool ReplaceStatic(FunctionSelection* selection, TIParentSyntax<Expression>* parent,
+                       Result* result) override;
+    bool IsComplete(Result* result) override;
+    std::string GetInterfaceName() override;
+
+    using IPrototypeShader::SetParameter;
+#define TOLEN_OVERRIDE_SET_STATIC(specifier, T, typeName, bytes)                                   \
+    bool SetParameter(const std::string& name, ArgumentOf<T> value) override;                   \
+    bool SetParameter(const std::string& name, ArgumentOf<T> value, int index) override;        \
+    bool SetParameter(const std::string& name, const T* values, int count) override;
+    TOLEN_ELEMENT_TYPES(TOLEN_OVERRIDE_SET_STATIC)
+#undef TOLEN_OVERRIDE_SET_STATIC
+    bool SetParameter(const std::string& name, IShader* shader) override;
+    bool SetParameter(const std::string& name, IShader* shader, int index) override;
+    bool SetParameter(const std::string& name, IShader** shaders, int count) override;
+
+private:
+    struct ByCreation {
+        bool operator()(const PrototypeShader* a, const PrototypeShader* b) const {
+            return a->GetCreationNumber() < b->GetCreationNumber();
+        }
+    };
+    /// What the type of an input names: an interface, or else a class; both null for neither.
+    struct ResolvedType {
+        IPrototypeInterface* pInterface = nullptr;
+        PrototypeShader* pClass = nullptr;
+    };
+    struct UsedReference {
+        std::unique_ptr<ReferencePrototypeShader> pReference; ///< null when it couldn't be made
+        int count = 0;
+        std::uint64_t order = 0; ///< rises with each entry
+    };
+
+    // Declarations to tables.
+    bool _InitPrototypeInterface(const std::string& className, const std::string& interfaceName,
+                                 Result* result);
+    bool _ImplementsInterface(const ClassDefinition* definition,
+                              const IPrototypeInterface* prototypeInterface, Result* result);
+    bool _InitMethodNameTable(const ClassDefinition* definition);
+    bool _InitParameters(const ClassDefinition* definition, Result* result);
+    bool _InitParameter(const ClassDefinition* definition, const VariableDeclaration* variable,
+                        Result* result);
+    bool _InitParameterValueSingle(const std::string& className,
+                                   const VariableDeclaration* variable, Result* result);
+    bool _InitParameterValueArray(const std::string& className,
+                                  const VariableDeclaration* variable, Result* result);
+    bool _InitMembers(const ClassDefinition* definition);
+    bool _InitMemberValueSingle(const std::string& className, const VariableDeclaration* variable);
+    bool _InitMemberValueArray(const std::string& className, const VariableDeclaration* variable);
+    bool _InitPrototypeParameters(const ClassDefinition* definition, Result* result);
+    bool _InitPrototypeParameter(const VariableDeclaration* variable, Result* result);
+    bool _InitPrototypeMembers(const ClassDefinition* definition);
+    bool _InitPrototypeMember(const VariableDeclaration* variable);
+    ResolvedType _ResolveType(const std::string& name, Result* result) const;
+    IPrototypeInterface* _FindPrototypeInterface(const std::string& name) const;
+    PrototypeShader* _FindPrototypeShader(const std::string& name, Result* result) const;
+
+    // Tables to code.
+    bool _InitCode(Result* result);
+    bool _InitStatic(const ClassDefinition* definition, Result* result);
+    bool _InitConstructorStatic(Module* module);
+    bool _InitStaticMethods(const ClassDefinition* definition, Module* module);
+    bool _InitTemplate(const ClassDefinition* definition, Result* result);
+    bool _InitTemplateMemberFunctions(const ClassDefinition* definition, ClassDefinition* copy,
+                                      Module* module);
+    bool _InitTemplateCoords(const ClassDefinition* definition, ClassDefinition* copy,
+                             Module* module);
+    bool _ReplaceStaticCalls(Module* module, Result* result);
+    bool _ReplaceFunctionSelectionStatic(FunctionSelection* selection,
+                                         TIParentSyntax<Expression>* parent, Result* result);
+    bool _ReplaceFunctionCallStatic(FunctionCall* call, TIParentSyntax<Expression>* parent);
+    bool _ApplyTransformationsParameter(Module* module);
+    bool _ApplyTransformationsMember(Module* module);
+    bool _CollectShaderParameters(Module* module);
+    bool _CollectShaderMembers(Module* module);
+    void _ShutdownCode();
+
+    // Changes.
+    bool _OnChangeStructureParameter(IParameter* parameter);
+    bool _OnChangeLengthMemberValueArray(IMember* member);
+    bool _OnChangeStructureCommon();
+    bool _OnDeleteReferenceStatic(IPrototypeShader* prototype);
+    bool _OnDeleteGraph(IGraph* graph);
+
+    std::unique_ptr<ReferencePrototypeShader> _CreateReference(IGraph* graph);
+    void _DestroyReference(IGraph* graph, std::unique_ptr<ReferencePrototypeShader> reference);
+    void _ShutdownReferencePrototypeShaders();
+    void _ShutdownPrototypeParameters();
+    void _ShutdownPrototypeMembers();
+    void _ShutdownParameters();
+    void _ShutdownMembers();
+    template <class Call>
+    bool _SetParameter(const std::string& name, const char* notFound, Call call);
+
+    Library* _pLibrary = nullptr;         ///< borrowed
+    std::unique_ptr<Module> _pStatic;     ///< code that exists once; null until built
+    std::unique_ptr<Module> _pTemplate;   ///< code that each shader copies; null until built
+    std::set<PrototypeShader*, ByCreation> _staticReferences; ///< classes called statically, borrowed
+    std::map<std::string, std::string> _methodNames; ///< static methods: declared name to mangled
+    std::map<std::string, std::unique_ptr<IParameter>> _parameters;
+    std::map<std::string, std::unique_ptr<IMember>> _members;
+    std::map<IGraph*, UsedReference> _references;
+    IPrototypeInterface* _pPrototypeInterface = nullptr; ///< borrowed, null if none
+    ClassDefinition* _pClass = nullptr;                  ///< borrowed from the library's module
+    std::map<std::string, std::unique_ptr<IPrototypeParameter>> _prototypeParameters;
+    std::map<std::string, std::unique_ptr<IPrototypeMember>> _prototypeMembers;
+    ShaderTable _shaders;
+    ListenerSet<FastDelegate1<IPrototypeShader*, bool>> _listenersDelete;
+    ListenerSet<FastDelegate1<PrototypeShader*, bool>> _listenersChangeStructure;
+    std::unique_ptr<FreeFunctions> _pFreeFunctions; ///< what the code calls outside of classes
+    std::uint64_t _countReferences = 0;             ///< references entered so far
+    bool _isBusy = false;         ///< while the prototype or one of its shaders is being made
+    bool _isAskingComplete = false; ///< while IsComplete runs
+    bool _isShuttingDown = false;
+};
+
+} // namespace Tolen::Effects

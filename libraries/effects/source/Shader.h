@@ -1,0 +1,183 @@
+#pragma once
+
+#include "TolenEffects/IShader.h"
+#include "TolenEffects/Key.h"
+#include "TolenEffects/SyntaxTypes.h"
+
+#include "TolenOpenKLWrapper/IKLShader.h"
+
+#include "TolenCore/CreationOrder.h"
+#include "TolenCore/ListenerSet.h"
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Tolen::Effects {
+
+class ClassDefinition;
+class FunctionCall;
+class Graph;
+class IPrototypeMember;
+class IPrototypeParameter;
+class MangleMethodPrefixKey;
+class PrototypeShader;
+class ReferenceShader;
+class Visitor;
+
+/// One instance of a loaded class.
+///
+/// Its prototype holds what all instances have in common; this object holds what is its own: its
+/// inputs, members and coords, the names of its methods in generated code, its code under these
+/// names, its graphs and its references. Made and owned by the prototype.
+///
+/// The code is made when the shader is complete and made again when an input, a member or the
+/// prototype reports a change of structure; an incomplete shader has none.
+class TOLEN_EXPORT Shader final : public IShader, public CreationOrder {
+public:
+    Shader();
+    ~Shader() override;
+    Shader(const Shader&) = delete;
+    Shader& operator=(const Shader&) = delete;
+
+    /// @param prototype  borrowed, owns this object; a PrototypeShader
+    /// @param definition the class's declaration, read during the call
+    /// @param result     takes the reasons of a failure; may be null
+    /// @return false, with everything undone, when a part can't be made or the code of a complete
+    ///         shader can't be built
+    bool Init(IPrototypeShader* prototype, const ClassDefinition* definition, Result* result);
+    /// Tells the delete listeners and lets everything go. Safe to repeat.
+    void Shutdown();
+
+    bool AddListenerDelete(FastDelegate1<IShader*, bool>& listener) override;
+    bool RemoveListenerDelete(FastDelegate1<IShader*, bool>& listener) override;
+    bool CollectShader(Module* into) override;
+    bool CollectDeclarationMethod(Module* into, const std::string& method) override;
+    std::string GetInterfaceName() override;
+    std::string GetClassName() override;
+    std::string GetKeyName() override;
+    bool HasMethod(const std::string& method) override;
+    std::string GetMethodNameMangled(const std::string& method) override;
+    bool HasConstructor() override;
+    std::string GetConstructorName() override;
+    bool AddListenerChangeStructure(FastDelegate1<IShader*, bool>& listener) override;
+    bool RemoveListenerChangeStructure(FastDelegate1<IShader*, bool>& listener) override;
+    IPrototypeShader* GetPrototype() override;
+    IMgrEffects* GetMgrEffects() override;
+
+#define TOLEN_OVERRIDE_GRAPH_KIND(N)                                                               \
+    bool AddListenerCreateGraphKind##N(FastDelegate2<IShader*, IGraph*, bool>& listener) override; \
+    bool RemoveListenerCreateGraphKind##N(FastDelegate2<IShader*, IGraph*, bool>& listener)        \
+        override;                                                                                  \
+    IGraph* CreateGraphKind##N() override;                                                         \
+    IGraph* GetGraphKind##N() override;                                                            \
+    bool DestroyGraphKind##N() override;
+    TOLEN_OVERRIDE_GRAPH_KIND(0)
+    TOLEN_OVERRIDE_GRAPH_KIND(2)
+    TOLEN_OVERRIDE_GRAPH_KIND(3)
+#undef TOLEN_OVERRIDE_GRAPH_KIND
+
+    IReferenceShader* CreateReference(IGraph* graph) override;
+    IReferenceShader* GetReference(IGraph* graph) override;
+    bool ReleaseReference(IReferenceShader* reference) override;
+    IParameter* GetParameter(const std::string& name) override;
+    bool VisitParameters(FastDelegate2<const std::string&, IParameter*, bool>& visit) override;
+    IMember* GetMember(const std::string& name) override;
+    bool VisitMembers(FastDelegate2<const std::string&, IMember*, bool>& visit) override;
+    IParameter* GetCoord(const std::string& name) override;
+    bool VisitCoords(FastDelegate2<const std::string&, IParameter*, bool>& visit) override;
+    bool SetCoord(Result* result, const std::string& name, const std::string& value) override;
+    bool VisitMethods(FastDelegate1<const FunctionDefinition*, bool>& visit) override;
+    bool IsComplete(Result* result) override;
+    bool SetName(const std::string& name) override;
+    const std::string& GetName() override;
+
+    using IShader::SetParameter;
+#define TOLEN_OVERRIDE_SET_PARAMETER(specifier, T, typeName, bytes)                                \
+    bool SetParameter(Result* result, const std::string& name, ArgumentOf<T> value) override;      \
+    bool SetParameter(Result* result, const std::string& name, ArgumentOf<T> value, int index)     \
+        override;                                                                                  \
+    bool SetParameter(Result* result, const std::string& name, const T* values, int count) override;
+    TOLEN_ELEMENT_TYPES(TOLEN_OVERRIDE_SET_PARAMETER)
+#undef TOLEN_OVERRIDE_SET_PARAMETER
+    bool SetParameter(Result* result, const std::string& name, IShader* shader) override;
+    bool SetParameter(Result* result, const std::string& name, IShader* shader, int index) override;
+    bool SetParameter(Result* result, const std::string& name, IShader** shaders,
+                      int count) override;
+
+    shaderType GetShaderType() override { return kShaderType_Shader; }
+
+private:
+    static constexpr int kGraphKinds = 3;
+
+    struct GraphSlot {
+        std::unique_ptr<Graph> pGraph;
+        ListenerSet<FastDelegate2<IShader*, IGraph*, bool>> listenersCreate;
+    };
+    struct UsedReference {
+        std::unique_ptr<ReferenceShader> pReference; ///< null when it couldn't be made
+        int count = 0;
+        std::uint64_t order = 0; ///< rises with each entry
+    };
+    /// What a setter says on failure.
+    struct SetTexts {
+        const char* notFound;
+        const char* refused;
+    };
+    /// Stands on the stack of a running change; knows when the shader dies under it.
+    class ChangeScope;
+
+    bool _InitParts(const ClassDefinition* definition, Result* result);
+    bool _InitParameter(const std::string& name, IPrototypeParameter* prototype, Result* result);
+    bool _InitMember(const std::string& name, IPrototypeMember* prototype, Result* result);
+    bool _InitCoord(TypeSpecifier type, const std::string& name,
+                    TransformationCoord transformation);
+    void _InitMethodNames(const ClassDefinition* definition);
+
+    bool _BuildModule();
+    bool _BuildMethods(Module* module, std::vector<const FunctionDefinition*>& methods);
+    bool _BuildConstructor(Module* module);
+    bool _ReplaceFunctionCalls(Module* module);
+    bool _CollectParts(Module* module);
+    bool _ApplyTransformations(Module* module);
+
+    bool _OnChangeStructurePrototype(PrototypeShader* prototype);
+    bool _OnChangeStructureParameter(IParameter* parameter);
+    bool _OnChangeLengthMember(IMember* member);
+    bool _OnChangeStructure();
+    bool _OnDeleteGraph(IGraph* graph);
+
+    IGraph* _CreateGraph(GraphSlot& slot, IKLShader::Type kind);
+    bool _DestroyGraph(GraphSlot& slot);
+    void _ShutdownReferences();
+    void _ShutdownParts();
+
+    template <class Set>
+    bool _SetParameter(Result* result, const std::string& name, IParameter* parameter,
+                       const SetTexts& texts, Set set);
+    bool _IsCompatible(Result* result, IShader* shader);
+    void _ReportParameterError(Result* result, const char* text, const std::string& name);
+
+    PrototypeShader* _pPrototype = nullptr; ///< borrowed, owns this object
+    std::unique_ptr<Module> _pModule;       ///< this instance's code; null until built
+    Key _key;
+    std::string _name;
+    std::map<std::string, std::string> _methodNames; ///< declared name to mangled
+    std::map<std::string, std::unique_ptr<IParameter>> _parameters;
+    std::map<std::string, std::unique_ptr<IMember>> _members;
+    std::map<std::string, std::unique_ptr<IParameter>> _coords;
+    std::array<GraphSlot, kGraphKinds> _graphs; ///< for rays, frames and ray prefixes
+    std::map<IGraph*, UsedReference> _references;
+    ListenerSet<FastDelegate1<IShader*, bool>> _listenersDelete;
+    ListenerSet<FastDelegate1<IShader*, bool>> _listenersChangeStructure;
+    std::unique_ptr<MangleMethodPrefixKey> _pMangleMethod;
+    std::vector<const FunctionDefinition*> _methods; ///< those of the class in the module, borrowed
+    std::uint64_t _countReferences = 0;              ///< references entered so far
+    ChangeScope* _pChange = nullptr;                 ///< the change that runs, null for none
+    bool _isMuted = false;                           ///< changes are not passed on
+};
+
+} // namespace Tolen::Effects

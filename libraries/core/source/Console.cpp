@@ -57,4 +57,26 @@ IMgrConsole* GetMgrConsole() { return ActiveConsole(); }
 
 IMgrConsole* SetMgrConsole(IMgrConsole* console) { return ActiveConsole().exchange(console); }
 
+void ConsolePrint(const char* format, ...) {
+    IMgrConsole* const console = GetMgrConsole();
+    if (console == nullptr) {
+        return;
+    }
+    std::va_list arguments;
+    va_start(arguments, format);
+    console->Print("%s", FormatV(format, arguments).c_str());
+    va_end(arguments);
+}
+
+void ConsoleError(const char* format, ...) {
+    IMgrConsole* const console = GetMgrConsole();
+    if (console == nullptr) {
+        return;
+    }
+    std::va_list arguments;
+    va_start(arguments, format);
+    console->Error("%s", FormatV(format, arguments).c_str());
+    va_end(arguments);
+}
+
 } // namespace Tolen

@@ -59,4 +59,9 @@ TOLEN_EXPORT IMgrConsole* GetMgrConsole();
 /// @return the one before
 TOLEN_EXPORT IMgrConsole* SetMgrConsole(IMgrConsole* console);
 
+/// Prints one message on the general, or on the error, channel of the console of the process;
+/// without a console nothing happens.
+TOLEN_EXPORT void ConsolePrint(const char* format, ...) TOLEN_PRINTF(1, 2);
+TOLEN_EXPORT void ConsoleError(const char* format, ...) TOLEN_PRINTF(1, 2);
+
 } // namespace Tolen

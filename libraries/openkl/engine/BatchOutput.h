@@ -66,6 +66,14 @@ public:
         return vertexRows.begin() + (static_cast<std::ptrdiff_t>(word) + 4) * kMaxLanes;
     }
 
+    /// Prefix stage: the ray attributes as main left them for the program that runs next on the
+    /// ray, one row of kMaxLanes words for each word of KernelLayout::rayAttributes. Empty for
+    /// other stages.
+    RecordBuffer<std::uint32_t> passedAttributes;
+    const void* GetPassedAttribute(int word) const {
+        return passedAttributes.begin() + static_cast<std::ptrdiff_t>(word) * kMaxLanes;
+    }
+
     /// 1 for each lane that called discardRay, otherwise 0.
     std::uint32_t discarded[kMaxLanes] = {};
     bool hasDiscarded = false;

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "TolenEffects/Expression.h"
+#include "TolenEffects/Statement.h"
+
 #include "TolenCore/Export.h"
 #include "TolenCore/FastDelegate.h"
-#include "TolenEffects/Syntax.h"
 
 #include <vector>
 
@@ -11,8 +13,6 @@
 /// keep one.
 
 namespace Tolen::Effects {
-
-class Expression;
 
 /// What all slots of the mutating walk have in common, whatever they hold.
 class TOLEN_EXPORT IParentSyntax {

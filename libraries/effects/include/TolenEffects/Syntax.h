@@ -1,8 +1,9 @@
 #pragma once
 
+#include "TolenEffects/SyntaxTypes.h"
+
 #include "TolenCore/Export.h"
 #include "TolenCore/TrivialBase.h"
-#include "TolenEffects/SyntaxTypes.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,45 +1,22 @@
 #pragma once
 
-#include "TolenCore/Export.h"
+#include "TolenEffects/Expression.h"
 #include "TolenEffects/ParentSyntax.h"
-#include "TolenEffects/Syntax.h"
+#include "TolenEffects/Statement.h"
+
+#include "TolenCore/Export.h"
 
 namespace Tolen::Effects {
 
-class Assignment;
-class BinaryOperator;
-class BoolConstant;
 class ClassDefinition;
-class CompoundStatement;
-class Condition;
-class Conditional;
-class DeclarationStatement;
-class DoWhileStatement;
-class EmptyStatement;
-class Expression;
-class ExpressionStatement;
-class FieldSelection;
-class FloatConstant;
-class ForStatement;
-class FunctionCall;
 class FunctionDefinition;
 class FunctionParameter;
 class FunctionPrototype;
-class FunctionSelection;
-class IntConstant;
 class InterfaceDefinition;
-class JumpStatement;
-class PostOperator;
-class SelectionStatement;
-class Statement;
 class StructDefinition;
-class Subscript;
 class Type;
-class UnaryOperator;
 class UserType;
-class Variable;
 class VariableDeclaration;
-class WhileStatement;
 
 /// Walks a syntax tree. The operations here visit every child of a node and nothing else; a
 /// subclass overrides those for the nodes it cares about and calls the one here before, after or

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "TolenCore/FastDelegate.h"
 #include "TolenEffects/Visitor.h"
+
+#include "TolenCore/FastDelegate.h"
 
 #include <type_traits>
 #include <utility>

@@ -64,6 +64,9 @@ public:
     std::vector<RecordingBuffer*> GetBuffers() const { return _GetLive(_buffers); }
     std::vector<RecordingTexImage2D*> GetImages() const { return _GetLive(_images); }
 
+    /// The handle of a new primitive, from 1 up.
+    KLprimitive MakePrimitiveHandle() { return static_cast<KLprimitive>(++_lastPrimitive); }
+
     IKLShader* CreateShader(IKLShader::Type type) override;
     void DestroyShader(IKLShader* shader) override;
     IKLProgram* CreateProgram() override;
@@ -103,6 +106,7 @@ private:
     std::set<std::string> _unused;
     bool _differentials = false;
     bool _filteredAccumulates = false;
+    int _lastPrimitive = 0;
     Kind<RecordingShader> _shaders;
     Kind<RecordingProgram> _programs;
     Kind<RecordingBuffer> _buffers;

@@ -13,7 +13,6 @@ class RecordingShader : public IKLShader {
 public:
     RecordingShader(RecordingContext& context, const std::string& id, Type type)
         : _context(context), _id(id), _type(type) {}
-    ~RecordingShader() override;
 
     /// What the log calls this shader, such as "shader1".
     const std::string& GetId() const { return _id; }

@@ -2,6 +2,8 @@
 
 #include "TolenOpenKLWrapper/IKLTexImage2D.h"
 
+#include <cstddef>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -20,7 +22,7 @@ public:
     /// The texels as they are now: what was copied, or what was borrowed.
     std::vector<float> GetTexels() const;
 
-    KLtexture GetTexture() const override { return _pTexture; }
+    KLtexture GetTexture() const override { return _texture.get(); }
     bool Init(int width, int height, int format, int wrap, int minification, int magnification,
               const void* data, bool borrow) override;
     int GetWidth() const override { return _width; }
@@ -29,7 +31,7 @@ public:
 private:
     RecordingContext& _context;
     std::string _id;
-    KLtexture _pTexture = nullptr;
+    std::unique_ptr<KLtextureRecord> _texture;
     int _width = 0;
     int _height = 0;
     std::size_t _count = 0; ///< floats

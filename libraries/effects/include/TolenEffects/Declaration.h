@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <map>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 /// The declarations. Operations that take a node take its ownership, and setters of children delete
@@ -259,7 +260,7 @@ public:
     const Coords& GetCoords() const { return _coords; }
     std::size_t GetCountCoords() const { return _coords.size(); }
 
-    /// Enters an output.
+    /// Enters an output, whose name must not be changed from then on.
     /// @return false, with @p type and @p name still the caller's, when there is one with this text
     bool AddOutput(Type* type, String* name);
     Outputs& GetOutputs() { return _outputs; }
@@ -276,6 +277,7 @@ private:
     std::vector<FunctionDefinition*> _memberFunctions;  ///< owned
     Coords _coords;                                     ///< values owned
     Outputs _outputs;                                   ///< keys and values owned
+    std::unordered_set<std::string> _outputNames;       ///< texts of the outputs' names
 };
 
 /// An interface that classes implement.

@@ -146,9 +146,6 @@ public:
 protected:
     IterationStatement(Module* module, Statement* statement);
 
-    /// Hands the body over for destruction; the derived classes call it behind their own children.
-    void _DisposeStatement();
-
 private:
     std::unique_ptr<Statement> _pStatement;
 };

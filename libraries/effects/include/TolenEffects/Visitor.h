@@ -37,12 +37,10 @@ public:
     /// SelectionStatement nodes through their else branches, which may be of any length.
     enum ChainWalk {
         /// Visit is called for each node, so that overrides for these two see all of them; the
-        /// depth
-        /// of the recursion is the length of the line.
+        /// recursion is then as deep as the line is long.
         kChainWalk_EachNode,
-        /// Long lines are followed without recursion, and Visit is called for their first nodes
-        /// only.
-        /// For visitors that override Visit for neither of the two.
+        /// Long lines are followed without recursion, and of their nodes Visit is called for the
+        /// first only. For visitors that override Visit for neither of the two.
         kChainWalk_Iterated,
     };
 

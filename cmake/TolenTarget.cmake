@@ -1,7 +1,9 @@
 # What every target of ours is built with.
 function(tolen_target target)
   target_compile_options(${target} PRIVATE
-    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+    # The optimiser of GCC 12 sees overlapping copies in "a" + std::string, where there are none.
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
   if(TOLEN_SANITIZE)
     target_compile_options(${target} PRIVATE
       -fsanitize=${TOLEN_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all -g1)

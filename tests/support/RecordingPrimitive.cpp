@@ -132,14 +132,16 @@ bool RecordingPrimitive::_WriteArray(const std::string& name, int location, int 
                                      const T* values) {
     std::string text = Format("%s[%d]", Keyword(T()), count);
     for (int i = 0; i < count; ++i) {
-        text += " " + Text(values[i]);
+        text += ' ';
+        text += Text(values[i]);
     }
     return _Write("SetUniformArray", name, location, text);
 }
 
 #define TOLEN_DEFINE_UNIFORM(T)                                                                    \
     bool RecordingPrimitive::SetUniform(const std::string& name, int location, const T& value) {   \
-        return _Write("SetUniform", name, location, Keyword(value) + (" " + Text(value)));         \
+        return _Write("SetUniform", name, location,                                                \
+                      Format("%s %s", Keyword(value), Text(value).c_str()));                       \
     }                                                                                              \
     bool RecordingPrimitive::SetUniformArray(const std::string& name, int location, int count,     \
                                              const T* values) {                                    \

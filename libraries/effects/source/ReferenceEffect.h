@@ -27,6 +27,9 @@ public:
               FastDelegate1<IShader*, IReferenceShader*>& getReferenceShader);
     void Shutdown();
 
+    /// Drops the queued updates that are bound to @p object.
+    void ForgetUpdates(const void* object);
+
     bool AddListenerDelete(FastDelegate1<IReferenceEffect*, bool>& listener) override;
     bool RemoveListenerDelete(FastDelegate1<IReferenceEffect*, bool>& listener) override;
     bool Apply(Result* result) override;

@@ -7,8 +7,8 @@
 #include "TolenCore/ListenerSet.h"
 
 #include <map>
-#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Tolen {
@@ -82,8 +82,12 @@ private:
     bool _InitReferencePrototypeParameter(const std::string& name, IPrototypeParameter* parameter);
     bool _InitReferencePrototypeMember(const std::string& name, IPrototypeMember* member);
     bool _InitReferencePrototypeMembers();
+    /// Holds every class that static calls lead to from this one, at any distance, while this class
+    /// has instances here. Only a class with instances holds others, so that classes which call
+    /// each other don't keep each other alive.
     bool _InitReferencePrototypeShadersStatic();
-    bool _InitReferencePrototypeShaderStatic(IPrototypeShader* prototype);
+    bool _AcquireStatic(IPrototypeShader* prototype);
+    void _ReleaseStatic(IPrototypeShader* prototype);
 
     void _ShutdownOutputs();
     void _ShutdownReferenceParameters();
@@ -102,6 +106,7 @@ private:
     bool _OnChangeStructurePrototypeMember(PrototypeShader* prototype);
     bool _OnChangeStructureReferenceParameter(IReferenceParameter* reference);
     bool _OnChangeLengthReferenceMember(IReferenceMember* reference);
+    bool _OnChangeStructureStatic();
     bool _OnDeletePrototypeStatic(IPrototypeShader* prototype);
 
     PrototypeShader* _pPrototypeShader = nullptr; ///< borrowed, owns this object
@@ -112,7 +117,9 @@ private:
     std::map<std::string, IReferencePrototypeMember*> _referencePrototypeMembers;
     std::vector<IReferenceShader*> _referenceShaders; ///< borrowed
     ListenerSet<FastDelegate0<bool>> _listenersChangeStructure;
-    std::map<IPrototypeShader*, ReferencePrototypeShader*> _referencePrototypeShadersStatic;
+    /// Classes that static code of this one leads to, in the order in which they were found.
+    std::vector<std::pair<IPrototypeShader*, ReferencePrototypeShader*>>
+        _referencePrototypeShadersStatic;
     std::vector<std::string> _outputsAcquired; ///< what Shutdown has to release
     bool _isEntered = false;                   ///< whether the graph knows this object
 };

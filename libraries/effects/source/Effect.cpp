@@ -1,0 +1,578 @@
+#include "Effect.h"
+
+#include "CompileProblems.h"
+#include "Graph.h"
+#include "ProfileScope.h"
+#include "ReferenceEffect.h"
+#include "TolenEffects/IMgrEffects.h"
+#include "TolenEffects/IReferenceGraph.h"
+#include "TolenEffects/IShader.h"
+
+#include "TolenOpenKLWrapper/IOpenKLContext.h"
+#include "TolenOpenKLWrapper/Scoped.h"
+
+#include "TolenCore/Assert.h"
+#include "TolenCore/Console.h"
+#include "TolenCore/Result.h"
+
+#include <algorithm>
+
+namespace Tolen::Effects {
+
+namespace {
+
+void _Print(const std::string& text) {
+    if (IMgrConsole* console = GetMgrConsole()) {
+        console->Print("%s", text.c_str());
+    }
+}
+
+} // namespace
+
+template <class PolicyVertex, class PolicyCompiler>
+Effect<PolicyVertex, PolicyCompiler>::Effect() = default;
+
+template <class PolicyVertex, class PolicyCompiler>
+Effect<PolicyVertex, PolicyCompiler>::~Effect() {
+    Shutdown();
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::Init(IMgrEffects* manager) {
+    _pMgrEffects = manager;
+    _name = "Init";
+    _isCompiled = false;
+    IOpenKLContext* const context = manager->GetOpenKLContext();
+    _pKLProgram = context == nullptr ? nullptr : context->CreateProgram();
+    if (_pKLProgram == nullptr) {
+        Shutdown();
+        _Print("Effect::Init CreateProgram\n");
+        return false;
+    }
+    _pKLProgram->SetName(_name);
+    if (!_policyVertex.Init(this, _pKLProgram)) {
+        Shutdown();
+        return false;
+    }
+    _policyVertex.SetName(_name);
+    auto onChangeIndices = MakeDelegate(this, &Effect::_OnChangeOutputIndices);
+    return _pMgrEffects->AddListenerChangeOutputIndices(onChangeIndices);
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+void Effect<PolicyVertex, PolicyCompiler>::Shutdown() {
+    _listenersDelete.Fire(this);
+    _listenersDelete.Clear();
+    _ShutdownReferenceEffects();
+    _listenersApply.Clear();
+    _listenersUpdate.Clear();
+    _policyVertex.Shutdown();
+    if (_pMgrEffects != nullptr) {
+        auto onChangeIndices = MakeDelegate(this, &Effect::_OnChangeOutputIndices);
+        _pMgrEffects->RemoveListenerChangeOutputIndices(onChangeIndices);
+    }
+    if (_pGraph != nullptr) {
+        _ShutdownGraph();
+    }
+    if (_pKLShaderRoot != nullptr) {
+        _pMgrEffects->GetOpenKLContext()->DestroyShader(_pKLShaderRoot);
+        _pKLShaderRoot = nullptr;
+    }
+    if (_pKLProgram != nullptr) {
+        _pMgrEffects->GetOpenKLContext()->DestroyProgram(_pKLProgram);
+        _pKLProgram = nullptr;
+    }
+    _name = "Shutdown";
+    _isCompiled = false;
+    _pReferenceShaderRoot = nullptr;
+    _pKLPrimitiveApply = nullptr;
+    _pMgrEffects = nullptr;
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::SetName(const std::string& name) {
+    _name = name;
+    bool all = true;
+    if (_pGraph != nullptr) {
+        all = _pGraph->SetName(name);
+    }
+    if (_pKLShaderRoot != nullptr) {
+        _pKLShaderRoot->SetName(name);
+    }
+    if (_pKLProgram != nullptr) {
+        _pKLProgram->SetName(name);
+    }
+    _policyVertex.SetName(name);
+    return all;
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::AddListenerDelete(
+    FastDelegate1<IEffect*, bool>& listener) {
+    return _listenersDelete.Add(listener);
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::RemoveListenerDelete(
+    FastDelegate1<IEffect*, bool>& listener) {
+    return _listenersDelete.Remove(listener);
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::AddListenerChangeValue(
+    FastDelegate2<IEffect*, ActionUpdate&, bool>& listener) {
+    return _listenersChangeValue.Add(listener);
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::RemoveListenerChangeValue(
+    FastDelegate2<IEffect*, ActionUpdate&, bool>& listener) {
+    return _listenersChangeValue.Remove(listener);
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::AddListenerChangeStructure(
+    FastDelegate1<IEffect*, bool>& listener) {
+    return _listenersChangeStructure.Add(listener);
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::RemoveListenerChangeStructure(
+    FastDelegate1<IEffect*, bool>& listener) {
+    return _listenersChangeStructure.Remove(listener);
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::AddListenerCompile(
+    FastDelegate1<IEffect*, bool>& listener) {
+    return _listenersCompile.Add(listener);
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::RemoveListenerCompile(
+    FastDelegate1<IEffect*, bool>& listener) {
+    return _listenersCompile.Remove(listener);
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::IsCompiled() {
+    return _isCompiled;
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::VisitAttributes(
+    FastDelegate2<const std::string&, IAttributeVertex*, bool>& visit) {
+    return _policyVertex.VisitAttributes(visit);
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::AddListenerChangeAttribute(
+    FastDelegate1<IEffect*, bool>& listener) {
+    return _policyVertex.AddListenerChangeAttribute(listener);
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::RemoveListenerChangeAttribute(
+    FastDelegate1<IEffect*, bool>& listener) {
+    return _policyVertex.RemoveListenerChangeAttribute(listener);
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::SetRoot(IShader* shader) {
+    if (_pMgrEffects == nullptr) {
+        return false;
+    }
+    IMgrEffects* const manager = _pMgrEffects;
+    // The number of the old graph is the next to be handed out. It is held back while the new graph
+    // draws its own, so that the names in the new text differ from those before.
+    const bool hadGraph = _pGraph != nullptr;
+    Key held;
+    if (hadGraph) {
+        _ShutdownGraph();
+        held = manager->CreateKey();
+    }
+    _pReferenceShaderRoot = nullptr;
+    const bool initialized = _InitGraph(shader);
+    if (hadGraph) {
+        manager->DestroyKey(held);
+    }
+    if (!initialized) {
+        return false;
+    }
+    _pReferenceShaderRoot = shader->GetReference(_pGraph.get());
+    _isCompiled = false;
+    _listenersChangeStructure.Fire(this);
+    return true;
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::_InitGraph(IShader* shader) {
+    if (!TOLEN_CHECK(_pGraph == NULL, "Source/Effect")) {
+        return false;
+    }
+    auto graph = std::make_unique<Graph>();
+    if (!graph->Init(_pMgrEffects, PolicyCompiler::kType, shader, _name)) {
+        graph.reset();
+        Shutdown();
+        return false;
+    }
+    _pGraph = std::move(graph);
+    _pReferenceGraph = _pGraph->CreateReference(this);
+    auto onChangeValue = MakeDelegate(this, &Effect::_OnChangeValueGraph);
+    auto onChangeStructure = MakeDelegate(this, &Effect::_OnChangeStructureGraph);
+    auto onCompile = MakeDelegate(this, &Effect::_OnCompileGraph);
+    auto onForget = MakeDelegate(this, &Effect::_OnForgetUpdates);
+    _pReferenceGraph->AddListenerChangeValue(onChangeValue);
+    _pReferenceGraph->AddListenerChangeStructure(onChangeStructure);
+    _pReferenceGraph->AddListenerCompile(onCompile);
+    _pGraph->AddListenerForgetUpdates(onForget);
+    return _policyVertex.InitGraph(_pGraph.get());
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+void Effect<PolicyVertex, PolicyCompiler>::_ShutdownGraph() {
+    if (!TOLEN_CHECK(_pGraph != NULL, "Source/Effect")) {
+        return;
+    }
+    _isCompiled = false;
+    _pReferenceGraph = nullptr;
+    // Out of the field first: the graph's delete listeners may ask this effect.
+    const std::unique_ptr<Graph> graph = std::move(_pGraph);
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::GetRoot(IShader*& shader) const {
+    shader = _pGraph == nullptr ? nullptr : _pGraph->GetShader();
+    return true;
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+IReferenceEffect* Effect<PolicyVertex, PolicyCompiler>::CreateReference(IKLPrimitive* primitive) {
+    if (_pMgrEffects == nullptr) {
+        return nullptr;
+    }
+    auto getReferenceShader = MakeDelegate(this, &Effect::_GetReferenceShader);
+    auto reference = std::make_unique<ReferenceEffect>();
+    if (!reference->Init(primitive, this, getReferenceShader)) {
+        reference.reset();
+    }
+    _referenceEffects.push_back(std::move(reference));
+    return _referenceEffects.back().get();
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+void Effect<PolicyVertex, PolicyCompiler>::DestroyReference(IReferenceEffect* reference) {
+    const auto found =
+        std::find_if(_referenceEffects.begin(), _referenceEffects.end(),
+                     [reference](const auto& owned) { return owned.get() == reference; });
+    if (reference == nullptr || found == _referenceEffects.end()) {
+        return;
+    }
+    const std::unique_ptr<IReferenceEffect> destroyed = std::move(*found);
+    _referenceEffects.erase(found);
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+void Effect<PolicyVertex, PolicyCompiler>::_ShutdownReferenceEffects() {
+    const std::vector<std::unique_ptr<IReferenceEffect>> destroyed = std::move(_referenceEffects);
+    _referenceEffects.clear();
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+IReferenceShader* Effect<PolicyVertex, PolicyCompiler>::_GetReferenceShader(IShader* shader) {
+    return _pGraph == nullptr ? nullptr : shader->GetReference(_pGraph.get());
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::AddListenerApply(
+    FastDelegate1<IEffect*, bool>& listener) {
+    return _listenersApply.Add(listener);
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::RemoveListenerApply(
+    FastDelegate1<IEffect*, bool>& listener) {
+    return _listenersApply.Remove(listener);
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::Apply(IKLPrimitive* primitive, Result* result) {
+    if (!_isCompiled) {
+        return true;
+    }
+    if (primitive == nullptr) {
+        return false;
+    }
+    const ProfileScope scope("Effect< PolicyVertex >::Apply", _pMgrEffects->GetProfiler());
+    const AutoBindKLPrimitive bind(primitive);
+    klUseProgram(_pKLProgram->GetHandle());
+    if (!_pGraph->Apply(primitive, _pKLProgram, result)) {
+        return false;
+    }
+    _pKLPrimitiveApply = primitive;
+    _OnChangeOutputIndices();
+    _pKLPrimitiveApply = nullptr;
+    return true;
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::Apply(Result*) {
+    return !_isCompiled || _listenersApply.Fire(this);
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::AddListenerUpdate(
+    FastDelegate1<IEffect*, bool>& listener) {
+    return _listenersUpdate.Add(listener);
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::RemoveListenerUpdate(
+    FastDelegate1<IEffect*, bool>& listener) {
+    return _listenersUpdate.Remove(listener);
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::Update(Result* result) {
+    if (_isUpdating) {
+        return false;
+    }
+    const LifeToken::Watch alive = _life.GetWatch();
+    _isUpdating = true;
+    bool updated = true;
+    if (!_isCompiled) {
+        updated = _pGraph != nullptr && _pGraph->Compile(result);
+        if (!alive) {
+            return false;
+        }
+        if (!updated) {
+            _CheckCompileProblems(result);
+        } else if (_pGraph == nullptr) {
+            // A failure of the API has shut the effect down in the middle of the compile.
+            updated = false;
+        }
+    }
+    if (updated) {
+        updated = _listenersUpdate.Fire(this);
+        if (!alive) {
+            return false;
+        }
+    }
+    _isUpdating = false;
+    return updated;
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+IKLProgram* Effect<PolicyVertex, PolicyCompiler>::GetKLProgram() {
+    return _pKLProgram;
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+IMgrEffects* Effect<PolicyVertex, PolicyCompiler>::GetMgrEffects() {
+    return _pMgrEffects;
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::_Compile(Result* result) {
+    const ProfileScope scope("Effect< PolicyVertex, PolicyCompiler >::_Compile",
+                             _pMgrEffects->GetProfiler());
+    if (!_pGraph->IsComplete(result)) {
+        if (result != nullptr) {
+            result->Add("Graph::IsComplete() failed for Graph: %s", _pGraph->GetName().c_str());
+        }
+        return false;
+    }
+    if (!_pGraph->IsCompiled() && !_pGraph->Compile(result)) {
+        if (result != nullptr) {
+            result->Add("Graph::Compile() failed for Graph: %s", _pGraph->GetName().c_str());
+        }
+        return false;
+    }
+    if (!_InitShaderRoot()) {
+        return false;
+    }
+    const std::vector<Graph*> foreign = _pGraph->GetGraphsForeign();
+    auto compiler = PolicyCompiler::CreateCompiler(_pMgrEffects, _policyVertex.GetShaderVertex(),
+                                                   _pReferenceGraph, _pKLShaderRoot);
+    const bool linked = _AddShadersForeign(foreign, result) && compiler.Compile(result) &&
+                        _policyVertex.Compile(this) && _Link(result);
+    // Shaders of other graphs may go at any time, so they stay no longer than for the link.
+    for (Graph* graph : foreign) {
+        if (graph->GetKLShader() != nullptr) {
+            _pKLProgram->DetachShader(graph->GetKLShader());
+        }
+    }
+    if (!linked) {
+        return false;
+    }
+    _isCompiled = true;
+    _listenersCompile.Fire(this);
+    return true;
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::_InitShaderRoot() {
+    IOpenKLContext* const context = _pMgrEffects->GetOpenKLContext();
+    if (_pKLShaderRoot != nullptr) {
+        _pKLProgram->DetachShader(_pKLShaderRoot);
+        context->DestroyShader(_pKLShaderRoot);
+        _pKLShaderRoot = nullptr;
+    }
+    // What fails here can't be mended: the effect gives up its program and its graph.
+    const auto fail = [this](const char* text) {
+        Shutdown();
+        _Print(text);
+        return false;
+    };
+    _pKLShaderRoot = context->CreateShader(PolicyCompiler::kType);
+    if (_pKLShaderRoot == nullptr) {
+        return fail("Effect::Init CreateShader\n");
+    }
+    _pKLShaderRoot->SetName(_name);
+    if (!_pKLProgram->AddShader(_pKLShaderRoot)) {
+        return fail("Effect::Init AddShader\n");
+    }
+    if (!_pKLProgram->AddShader(_pGraph->GetKLShader())) {
+        return fail("Effect::InitGraph AddShader\n");
+    }
+    return true;
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::_AddShadersForeign(const std::vector<Graph*>& graphs,
+                                                              Result* result) {
+    for (Graph* graph : graphs) {
+        if ((!graph->IsCompiled() && !graph->Compile(result)) ||
+            !_pKLProgram->AddShader(graph->GetKLShader())) {
+            return false;
+        }
+    }
+    return true;
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::_Link(Result* result) {
+    const ProfileScope scope("Effect Init CreateProgram", _pMgrEffects->GetProfiler());
+    if (_pKLProgram->Link(result)) {
+        return true;
+    }
+    _Print("Effect::_Compile Link\n");
+    return false;
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::_CheckCompileProblems(Result*) {
+    _Print("Effect::Apply Not Compiled for " + _name + "\n");
+    if (_isCompiled) {
+        return true;
+    }
+    if (_pMgrEffects == nullptr) {
+        _Print("MgrEffects pointer is NULL\n");
+    }
+    if (_pGraph == nullptr) {
+        _Print("There is no graph in Effect " + _name + "\n");
+        return false;
+    }
+    IShader* root = nullptr;
+    if (!GetRoot(root) || root == nullptr) {
+        _Print("Effect " + _name + " doesn't have a root shader\n");
+        return false;
+    }
+    if (!CheckCompileProblems(root)) {
+        return false;
+    }
+    _Print("Could not find any problems for the Effect " + _name + "\n");
+    return true;
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::_OnChangeOutputIndices() {
+    if (!_isCompiled) {
+        return true;
+    }
+    std::set<std::string> names = _pGraph->GetOutputsUsed();
+    for (const Graph* graph : _pGraph->GetGraphsForeign()) {
+        names.insert(graph->GetOutputsUsed().begin(), graph->GetOutputsUsed().end());
+    }
+    for (const std::string& name : names) {
+        _UpdateOutputAttachmentIndexForOutput(name);
+    }
+    return true;
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::_UpdateOutputAttachmentIndexForOutput(
+    const std::string& name) {
+    int index = -1;
+    if (!_pMgrEffects->GetOutputAttachmentIndex(index, name) || index < 0 ||
+        !_pMgrEffects->HasOutput(name)) {
+        return false;
+    }
+    const std::string uniform = "__outputAttachmentIndex_" + name;
+    const int location = _pKLProgram->GetUniformLocation(uniform);
+    if (location < 0) {
+        return true;
+    }
+    if (_pKLPrimitiveApply != nullptr) {
+        return _pKLPrimitiveApply->SetUniform(uniform, location, index);
+    }
+    bool all = true;
+    for (const auto& reference : _referenceEffects) {
+        IKLPrimitive* const primitive =
+            reference == nullptr ? nullptr : reference->GetKLPrimitive();
+        if (primitive != nullptr) {
+            all = primitive->SetUniform(uniform, location, index) && all;
+        }
+    }
+    return all;
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::_OnChangeValueGraph(IReferenceGraph*,
+                                                               DelegateUpdate& update) {
+    ActionUpdate action(this, update);
+    return _listenersChangeValue.Fire(this, action);
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::_OnChangeStructureGraph(IReferenceGraph*) {
+    _isCompiled = false;
+    if (_pGraph != nullptr && _pGraph->GetReferenceShader() == nullptr) {
+        _pReferenceShaderRoot = nullptr;
+    }
+    _listenersChangeStructure.Fire(this);
+    return true;
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::_OnCompileGraph(IReferenceGraph* graph) {
+    IMgrEffects* const manager = _pMgrEffects;
+    Result r;
+    if (!TOLEN_CHECK_TEXT(graph->GetGraph()->IsComplete(&r), "pGraph->GetGraph()->IsComplete( &r )",
+                          "Source/Effect") ||
+        !TOLEN_CHECK_TEXT(graph->GetGraph()->IsCompiled(), "pGraph->GetGraph()->IsCompiled()",
+                          "Source/Effect")) {
+        return false;
+    }
+    if (_Compile(&r)) {
+        return true;
+    }
+    r.ReportToConsole(manager->GetConsole());
+    return false;
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::_OnForgetUpdates(const void* object) {
+    for (const auto& reference : _referenceEffects) {
+        if (reference != nullptr) {
+            static_cast<ReferenceEffect*>(reference.get())->ForgetUpdates(object);
+        }
+    }
+    return true;
+}
+
+template class Effect<PolicyVertexSurface, PolicyCompilerRay>;
+template class Effect<PolicyVertexNull, PolicyCompilerFrame>;
+template class Effect<PolicyVertexNull, PolicyCompilerPrefixRay>;
+
+} // namespace Tolen::Effects

@@ -27,6 +27,7 @@ public:
     bool SetLength(int length);
 
 private:
+    std::string _GetNameWidth() const;
     bool _ReplaceReference(Subscript* subscript, TIParentSyntax<Expression>* slot);
 
     int _length = 0;

@@ -4,10 +4,10 @@
 
 namespace Tolen::Effects {
 
+class Expression;
 class Variable;
 template <class T>
 class TIParentSyntax;
-class Expression;
 
 /// The outside of a single value input: the typed reads and writes, the apply, and the rewriting of
 /// references. @tparam Parameter the class that owns the storage
@@ -36,11 +36,14 @@ private:
     template <class T>
     bool _Get(T& value, int index);
 
+    bool _HasStorage() const;
     bool _ReplaceReference(Variable* variable, TIParentSyntax<Expression>* slot);
 };
 
 /// The single value input of a shader.
 using ParameterValueSingleSeparate =
     FacadeParameterValueSingle<ParameterValueSingleStorageSeparate>;
+
+extern template class FacadeParameterValueSingle<ParameterValueSingleStorageSeparate>;
 
 } // namespace Tolen::Effects

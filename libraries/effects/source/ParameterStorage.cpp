@@ -37,6 +37,11 @@ void ParameterStorage<T, ValueType>::Shutdown() {
     _pContext = nullptr;
 }
 
+TypeSpecifier GetStorageSpecifier(TypeSpecifier specifier) {
+    const bool isSampler = specifier == kType_Sampler3D || specifier == kType_SamplerCube;
+    return isSampler ? kType_Sampler2D : specifier;
+}
+
 std::unique_ptr<IStorage> CreateParameterStorage(IOpenKLContext* context, TypeSpecifier specifier,
                                                  int length, bool resizable) {
     const auto create = [=]<class T>(std::type_identity<T>) -> std::unique_ptr<IStorage> {

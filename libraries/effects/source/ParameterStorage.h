@@ -29,6 +29,9 @@ private:
     IOpenKLContext* _pContext = nullptr; ///< borrowed
 };
 
+/// The element type in which values of a declared type are kept: all samplers are textures.
+TypeSpecifier GetStorageSpecifier(TypeSpecifier specifier);
+
 /// Makes a storage in host memory.
 /// @return null for a type that is no element type, or without memory
 std::unique_ptr<IStorage> CreateParameterStorage(IOpenKLContext* context, TypeSpecifier specifier,

@@ -7,6 +7,8 @@
 
 #include "TolenEffects/Key.h"
 
+#include "TolenCore/LifeToken.h"
+
 #include <memory>
 #include <string>
 
@@ -75,6 +77,7 @@ public:
     bool ApplyStorage(IKLPrimitive* primitive, IKLProgram* program, int location);
 
 private:
+    bool _HasStorage() const;
     bool _InitLength();
     bool _InitStorage(TypeSpecifier specifier, int length, Result* result);
     bool _InitStorageLocal(TypeSpecifier specifier, int length);
@@ -83,14 +86,16 @@ private:
     bool _InitAccessSubscriptSeparate(TypeSpecifier specifier, int length);
     bool _InitAccessBuffer(TypeSpecifier specifier, int length);
     bool _InitAccessTexture(TypeSpecifier specifier, int length);
-    bool _TakeStorage(std::unique_ptr<IStorage> storage);
     void _ShutdownStorage();
-    bool _InitializeValueArrayPartial(TypeSpecifier specifier, int first, int end, Result* result);
-
-    bool _ApplyLength(IKLPrimitive* primitive, int location);
+    /// Makes storage and access anew; on failure the ones before stay.
+    bool _ReplaceStorage(int length);
+    bool _ResizeStorage(int length);
+    /// Fills the elements from @p first to @p end that a resize has added, unless the initializer
+    /// was an array constructor, which is used once only.
+    void _InitializeValueArrayPartial(TypeSpecifier specifier, int first, int end);
 
     bool _OnChangeValue();
-    bool _FireChangeLength(int length, bool isReplaced);
+    bool _FireChangeLength(bool isReplaced);
 
     const VariableDeclaration* _pDecl = nullptr; ///< borrowed
     Key _key;
@@ -101,6 +106,7 @@ private:
     bool _isBuffered = false; ///< whether the values are a block and not a plain uniform
     std::unique_ptr<IStorage> _pStorage;
     std::unique_ptr<IAccess> _pAccess;
+    LifeToken _life;
 };
 
 } // namespace Tolen::Effects

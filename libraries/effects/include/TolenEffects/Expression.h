@@ -205,11 +205,17 @@ public:
 
     String* GetIdentifier() const { return _pIdentifier; }
 
+    /// Whether the name is already that of the vertex attribute which a coordinate stands for, so
+    /// that no other coordinate takes it for its own. Clones start without the mark.
+    bool IsAttribute() const { return _isAttribute; }
+    void SetAttribute(bool isAttribute) { _isAttribute = isAttribute; }
+
 private:
     friend class Module;
     Variable(Module* module, String* identifier);
 
     String* _pIdentifier;
+    bool _isAttribute = false;
 };
 
 /// `expression.field`.

@@ -4,6 +4,7 @@
 
 #include "TolenCore/Export.h"
 
+#include <cstddef>
 #include <set>
 #include <string>
 #include <string_view>
@@ -102,7 +103,8 @@ private:
     bool _PrintRemoved(const char* what, Optimization optimization, const String* name);
     bool _PrintRemovedCall(FunctionCall* call);
     bool _PrintAccumulate(FunctionCall* call);
-    bool _FailAccumulate(const char* message);
+    /// Leaves a message with the module by @p log and prints it on the console.
+    void _TellUser(const std::string& message, void (Module::*log)(const std::string&));
 
     IMgrEffects* _pMgrEffects; ///< borrowed
     Result* _pResult;          ///< borrowed

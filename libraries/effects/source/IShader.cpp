@@ -69,9 +69,15 @@ IMgrEffects* IShader::GetMgrEffects() {
     bool IShader::RemoveListenerCreateGraphKind##N(FastDelegate2<IShader*, IGraph*, bool>&) {      \
         return false;                                                                              \
     }                                                                                              \
-    IGraph* IShader::CreateGraphKind##N() { return nullptr; }                                      \
-    IGraph* IShader::GetGraphKind##N() { return nullptr; }                                         \
-    bool IShader::DestroyGraphKind##N() { return false; }
+    IGraph* IShader::CreateGraphKind##N() {                                                        \
+        return nullptr;                                                                            \
+    }                                                                                              \
+    IGraph* IShader::GetGraphKind##N() {                                                           \
+        return nullptr;                                                                            \
+    }                                                                                              \
+    bool IShader::DestroyGraphKind##N() {                                                          \
+        return false;                                                                              \
+    }
 TOLEN_DEFINE_GRAPH_KIND(0)
 TOLEN_DEFINE_GRAPH_KIND(2)
 TOLEN_DEFINE_GRAPH_KIND(3)
@@ -135,11 +141,15 @@ const std::string& IShader::GetName() {
 }
 
 #define TOLEN_DEFINE_SET_PARAMETER(specifier, T, typeName, bytes)                                  \
-    bool IShader::SetParameter(Result*, const std::string&, ArgumentOf<T>) { return false; }    \
-    bool IShader::SetParameter(Result*, const std::string&, ArgumentOf<T>, int) {               \
+    bool IShader::SetParameter(Result*, const std::string&, ArgumentOf<T>) {                       \
         return false;                                                                              \
     }                                                                                              \
-    bool IShader::SetParameter(Result*, const std::string&, const T*, int) { return false; }
+    bool IShader::SetParameter(Result*, const std::string&, ArgumentOf<T>, int) {                  \
+        return false;                                                                              \
+    }                                                                                              \
+    bool IShader::SetParameter(Result*, const std::string&, const T*, int) {                       \
+        return false;                                                                              \
+    }
 TOLEN_ELEMENT_TYPES(TOLEN_DEFINE_SET_PARAMETER)
 #undef TOLEN_DEFINE_SET_PARAMETER
 

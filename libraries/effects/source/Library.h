@@ -1,5 +1,7 @@
 #pragma once
 
+#include "FunctionIndex.h"
+
 #include <map>
 #include <memory>
 #include <set>
@@ -59,6 +61,14 @@ public:
     /// The tree; null before Init and after Shutdown.
     Module* GetModule() const { return _pModule.get(); }
     IMgrEffects* GetMgrEffects() const { return _pMgrEffects; }
+    /// The functions outside of classes by name, indexed at the first call. The library must have
+    /// a tree.
+    const FunctionIndex& GetFunctionIndex() {
+        if (_pFunctionIndex == nullptr) {
+            _pFunctionIndex = std::make_unique<FunctionIndex>(_pModule.get());
+        }
+        return *_pFunctionIndex;
+    }
 
 protected:
     IPrototypeInterface* _CreatePrototypeInterface(InterfaceDefinition* definition);
@@ -72,6 +82,7 @@ private:
     std::map<std::string, std::unique_ptr<PrototypeShader>> _prototypeShaders;
     std::set<std::string> _initializing; ///< classes whose prototype is just being made
     std::set<std::string> _creating;     ///< classes of which a shader is just being made
+    std::unique_ptr<FunctionIndex> _pFunctionIndex; ///< null until it is needed
     bool _isClosing = false;
 };
 

@@ -36,7 +36,6 @@ public:
 private:
     std::unique_ptr<ReferencePrototypeInterface> _CreateReference(IGraph* graph);
     bool _OnDeleteGraph(IGraph* graph);
-    FastDelegate1<IGraph*, bool> _DelegateDeleteGraph();
 
     Library* _pLibrary = nullptr;                ///< borrowed
     InterfaceDefinition* _pDefinition = nullptr; ///< borrowed from the library's module

@@ -8,7 +8,8 @@ namespace Tolen::Effects {
 
 /// A non-static array of a built-in type that is no input.
 class PrototypeMemberValueArray
-    : public PrototypeValue<PrototypeMemberValueArray, IPrototypeMember, IMgrEffects, ReferencePrototypeMemberValueArray> {
+    : public PrototypeValue<PrototypeMemberValueArray, IPrototypeMember, IMgrEffects,
+                            ReferencePrototypeMemberValueArray> {
 public:
     static constexpr const char* kClassName = "PrototypeMemberValueArray";
 

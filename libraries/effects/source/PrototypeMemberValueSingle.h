@@ -8,7 +8,8 @@ namespace Tolen::Effects {
 
 /// A non-static variable of a built-in type that is neither input nor array.
 class PrototypeMemberValueSingle
-    : public PrototypeValue<PrototypeMemberValueSingle, IPrototypeMember, IPrototypeShader, ReferencePrototypeMemberValueSingle> {
+    : public PrototypeValue<PrototypeMemberValueSingle, IPrototypeMember, IPrototypeShader,
+                            ReferencePrototypeMemberValueSingle> {
 public:
     static constexpr const char* kClassName = "PrototypeMemberValueSingle";
 

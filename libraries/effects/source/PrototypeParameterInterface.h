@@ -8,13 +8,17 @@
 
 namespace Tolen::Effects {
 
+class ClassDefinition;
 class IMgrEffects;
+class InterfaceDefinition;
 class IPrototypeInterface;
 class IPrototypeShader;
 class VariableDeclaration;
 
 /// What the prototypes of inputs that take shaders have in common. Such an input names either an
 /// interface or a class.
+///
+/// The class that declares one can be loaded; shaders of it can't be made yet.
 class PrototypeParameterInterface : public IPrototypeParameter {
 public:
     PrototypeParameterInterface(const PrototypeParameterInterface&) = delete;
@@ -30,22 +34,26 @@ public:
 
     /// Whether the input names an interface; otherwise it names a class.
     bool IsInterface() const { return _isInterface; }
-    /// The interface, null for a class.
-    IPrototypeInterface* GetPrototypeInterface() const;
-    /// The class, null for an interface.
-    IPrototypeShader* GetPrototypeShader() const;
+    /// The declaration of the interface, null for a class.
+    const InterfaceDefinition* GetInterfaceDefinition() const;
+    /// The declaration of the class, null for an interface.
+    const ClassDefinition* GetClassDefinition() const;
 
 protected:
     PrototypeParameterInterface() = default;
 
-    bool _Init(const VariableDeclaration* declaration, IPrototypeInterface* prototype,
+    void _Init(const VariableDeclaration* declaration, IPrototypeInterface* prototype,
                const std::string& name);
-    bool _Init(const VariableDeclaration* declaration, IPrototypeShader* prototype,
+    void _Init(const VariableDeclaration* declaration, IPrototypeShader* prototype,
                const std::string& name);
+    /// Tells why a shader with such an input can't be made.
+    void _ReportUnsupported(IShader* shader, Result* result) const;
 
     IMgrEffects* _pMgrEffects = nullptr;         ///< borrowed
     const VariableDeclaration* _pDecl = nullptr; ///< borrowed from the library's module
-    std::variant<IPrototypeInterface*, IPrototypeShader*> _pPrototype; ///< borrowed
+    /// What the type names, borrowed from a library's module. Its prototype is not kept, as it may
+    /// fail and go before this one.
+    std::variant<const InterfaceDefinition*, const ClassDefinition*> _pDefinition;
     bool _isInterface = false;
     Key _key;
     std::string _name;

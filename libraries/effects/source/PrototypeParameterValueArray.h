@@ -8,7 +8,8 @@ namespace Tolen::Effects {
 
 /// A non-static input that is an array of a built-in type.
 class PrototypeParameterValueArray
-    : public PrototypeValue<PrototypeParameterValueArray, IPrototypeParameter, IMgrEffects, ReferencePrototypeParameterValueArray> {
+    : public PrototypeValue<PrototypeParameterValueArray, IPrototypeParameter, IMgrEffects,
+                            ReferencePrototypeParameterValueArray> {
 public:
     static constexpr const char* kClassName = "PrototypeParameterValueArray";
 

@@ -8,7 +8,8 @@ namespace Tolen::Effects {
 
 /// A non-static input of a built-in type that is no array.
 class PrototypeParameterValueSingle
-    : public PrototypeValue<PrototypeParameterValueSingle, IPrototypeParameter, IPrototypeShader, ReferencePrototypeParameterValueSingle> {
+    : public PrototypeValue<PrototypeParameterValueSingle, IPrototypeParameter, IPrototypeShader,
+                            ReferencePrototypeParameterValueSingle> {
 public:
     static constexpr const char* kClassName = "PrototypeParameterValueSingle";
 

@@ -6,14 +6,17 @@
 #include "TolenCore/CreationOrder.h"
 #include "TolenCore/ListenerSet.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace Tolen::Effects {
 
+class CodeTransformer;
 class FreeFunctions;
 class FunctionCall;
 class FunctionDefinition;
@@ -71,8 +74,8 @@ public:
     /// The variables that each shader gets, by name; visits call every callback.
     IPrototypeParameter* GetPrototypeParameter(const std::string& name) const;
     IPrototypeMember* GetPrototypeMember(const std::string& name) const;
-    bool VisitPrototypeParameters(
-        FastDelegate2<const std::string&, IPrototypeParameter*, bool>& visit);
+    bool
+    VisitPrototypeParameters(FastDelegate2<const std::string&, IPrototypeParameter*, bool>& visit);
     bool VisitPrototypeMembers(FastDelegate2<const std::string&, IPrototypeMember*, bool>& visit);
     /// The other classes whose static methods this one calls, in the order in which their
     /// prototypes were made.
@@ -105,8 +108,8 @@ public:
 
     using IPrototypeShader::SetParameter;
 #define TOLEN_OVERRIDE_SET_STATIC(specifier, T, typeName, bytes)                                   \
-    bool SetParameter(const std::string& name, ArgumentOf<T> value) override;                   \
-    bool SetParameter(const std::string& name, ArgumentOf<T> value, int index) override;        \
+    bool SetParameter(const std::string& name, ArgumentOf<T> value) override;                      \
+    bool SetParameter(const std::string& name, ArgumentOf<T> value, int index) override;           \
     bool SetParameter(const std::string& name, const T* values, int count) override;
     TOLEN_ELEMENT_TYPES(TOLEN_OVERRIDE_SET_STATIC)
 #undef TOLEN_OVERRIDE_SET_STATIC
@@ -130,59 +133,65 @@ private:
         int count = 0;
         std::uint64_t order = 0; ///< rises with each entry
     };
+    /// What a walk over static calls needs to know.
+    struct StaticCalls {
+        std::map<std::string, PrototypeShader*> classes; ///< by name; null for what is no class
+        Result* pResult;
+    };
 
     // Declarations to tables.
+    bool _InitTables(Result* result);
     bool _InitPrototypeInterface(const std::string& className, const std::string& interfaceName,
                                  Result* result);
     bool _ImplementsInterface(const ClassDefinition* definition,
                               const IPrototypeInterface* prototypeInterface, Result* result);
-    bool _InitMethodNameTable(const ClassDefinition* definition);
+    void _InitMethodNameTable(const ClassDefinition* definition);
     bool _InitParameters(const ClassDefinition* definition, Result* result);
     bool _InitParameter(const ClassDefinition* definition, const VariableDeclaration* variable,
                         Result* result);
-    bool _InitParameterValueSingle(const std::string& className,
-                                   const VariableDeclaration* variable, Result* result);
-    bool _InitParameterValueArray(const std::string& className,
-                                  const VariableDeclaration* variable, Result* result);
+    bool _InitParameterInterface(const VariableDeclaration* variable, Result* result);
     bool _InitMembers(const ClassDefinition* definition);
-    bool _InitMemberValueSingle(const std::string& className, const VariableDeclaration* variable);
-    bool _InitMemberValueArray(const std::string& className, const VariableDeclaration* variable);
+    bool _InitMember(const ClassDefinition* definition, const VariableDeclaration* variable);
     bool _InitPrototypeParameters(const ClassDefinition* definition, Result* result);
     bool _InitPrototypeParameter(const VariableDeclaration* variable, Result* result);
+    bool _InitPrototypeParameterInterface(const VariableDeclaration* variable,
+                                          const ResolvedType& type);
+    bool _InitPrototypeParameterShader(const VariableDeclaration* variable,
+                                       const ResolvedType& type);
     bool _InitPrototypeMembers(const ClassDefinition* definition);
     bool _InitPrototypeMember(const VariableDeclaration* variable);
-    ResolvedType _ResolveType(const std::string& name, Result* result) const;
+    ResolvedType _ResolveType(const VariableDeclaration* variable, Result* result) const;
     IPrototypeInterface* _FindPrototypeInterface(const std::string& name) const;
-    PrototypeShader* _FindPrototypeShader(const std::string& name, Result* result) const;
+    PrototypeShader* _FindPrototypeShader(Library* library, const std::string& name,
+                                          Result* result) const;
 
     // Tables to code.
-    bool _InitCode(Result* result);
     bool _InitStatic(const ClassDefinition* definition, Result* result);
     bool _InitConstructorStatic(Module* module);
     bool _InitStaticMethods(const ClassDefinition* definition, Module* module);
     bool _InitTemplate(const ClassDefinition* definition, Result* result);
-    bool _InitTemplateMemberFunctions(const ClassDefinition* definition, ClassDefinition* copy,
-                                      Module* module);
-    bool _InitTemplateCoords(const ClassDefinition* definition, ClassDefinition* copy,
-                             Module* module);
-    bool _ReplaceStaticCalls(Module* module, Result* result);
+    bool _InitTemplateMemberFunctions(const ClassDefinition* definition, ClassDefinition* copy);
+    bool _InitTemplateCoords(const ClassDefinition* definition, ClassDefinition* copy);
+    bool _InitFreeFunctions(const ClassDefinition* definition, Result* result);
+    bool _RewriteStaticCalls(Library* library, Module* module, Result* result);
+    bool _RewriteOwnStaticCalls(Module* module);
     bool _ReplaceFunctionSelectionStatic(FunctionSelection* selection,
-                                         TIParentSyntax<Expression>* parent, Result* result);
+                                         TIParentSyntax<Expression>* parent, StaticCalls* calls);
     bool _ReplaceFunctionCallStatic(FunctionCall* call, TIParentSyntax<Expression>* parent);
-    bool _ApplyTransformationsParameter(Module* module);
-    bool _ApplyTransformationsMember(Module* module);
+    bool _ApplyTransformations(std::vector<FunctionDefinition*> code);
+    bool _ApplyTransformationsParameter(CodeTransformer& transformer);
+    bool _ApplyTransformationsMember(CodeTransformer& transformer);
     bool _CollectShaderParameters(Module* module);
     bool _CollectShaderMembers(Module* module);
     void _ShutdownCode();
 
-    // Changes.
     bool _OnChangeStructureParameter(IParameter* parameter);
     bool _OnChangeLengthMemberValueArray(IMember* member);
     bool _OnChangeStructureCommon();
     bool _OnDeleteReferenceStatic(IPrototypeShader* prototype);
     bool _OnDeleteGraph(IGraph* graph);
 
-    std::unique_ptr<ReferencePrototypeShader> _CreateReference(IGraph* graph);
+    void _CreateReference(IGraph* graph, std::unique_ptr<ReferencePrototypeShader>& reference);
     void _DestroyReference(IGraph* graph, std::unique_ptr<ReferencePrototypeShader> reference);
     void _ShutdownReferencePrototypeShaders();
     void _ShutdownPrototypeParameters();
@@ -192,10 +201,10 @@ private:
     template <class Call>
     bool _SetParameter(const std::string& name, const char* notFound, Call call);
 
-    Library* _pLibrary = nullptr;         ///< borrowed
-    std::unique_ptr<Module> _pStatic;     ///< code that exists once; null until built
-    std::unique_ptr<Module> _pTemplate;   ///< code that each shader copies; null until built
-    std::set<PrototypeShader*, ByCreation> _staticReferences; ///< classes called statically, borrowed
+    Library* _pLibrary = nullptr;       ///< borrowed
+    std::unique_ptr<Module> _pStatic;   ///< code that exists once; null until built
+    std::unique_ptr<Module> _pTemplate; ///< code that each shader copies; null until built
+    std::set<PrototypeShader*, ByCreation> _staticReferences; ///< called statically, borrowed
     std::map<std::string, std::string> _methodNames; ///< static methods: declared name to mangled
     std::map<std::string, std::unique_ptr<IParameter>> _parameters;
     std::map<std::string, std::unique_ptr<IMember>> _members;
@@ -209,9 +218,7 @@ private:
     ListenerSet<FastDelegate1<PrototypeShader*, bool>> _listenersChangeStructure;
     std::unique_ptr<FreeFunctions> _pFreeFunctions; ///< what the code calls outside of classes
     std::uint64_t _countReferences = 0;             ///< references entered so far
-    bool _isBusy = false;         ///< while the prototype or one of its shaders is being made
-    bool _isAskingComplete = false; ///< while IsComplete runs
-    bool _isShuttingDown = false;
+    bool _isBusy = false; ///< while the prototype or one of its shaders is being made or it closes
 };
 
 } // namespace Tolen::Effects

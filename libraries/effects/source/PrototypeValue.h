@@ -1,17 +1,18 @@
 #pragma once
 
 #include "ReferencePrototypeShader.h"
+
 #include "TolenEffects/IMgrEffects.h"
 #include "TolenEffects/IPrototypeShader.h"
 #include "TolenEffects/Key.h"
-
-#include "Syntax.h"
+#include "TolenEffects/Module.h"
 
 #include "TolenCore/Console.h"
 
 #include <map>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 namespace Tolen::Effects {

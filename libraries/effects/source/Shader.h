@@ -19,14 +19,15 @@
 namespace Tolen::Effects {
 
 class ClassDefinition;
+class CodeTransformer;
+class Expression;
 class FunctionCall;
 class Graph;
-class IPrototypeMember;
-class IPrototypeParameter;
 class MangleMethodPrefixKey;
 class PrototypeShader;
 class ReferenceShader;
-class Visitor;
+template <class T>
+class TIParentSyntax;
 
 /// One instance of a loaded class.
 ///
@@ -108,7 +109,9 @@ public:
     bool SetParameter(Result* result, const std::string& name, IShader** shaders,
                       int count) override;
 
-    shaderType GetShaderType() override { return kShaderType_Shader; }
+    shaderType GetShaderType() override {
+        return kShaderType_Shader;
+    }
 
 private:
     static constexpr int kGraphKinds = 3;
@@ -127,27 +130,32 @@ private:
         const char* notFound;
         const char* refused;
     };
-    /// Stands on the stack of a running change; knows when the shader dies under it.
-    class ChangeScope;
+    using Parameters = std::map<std::string, std::unique_ptr<IParameter>>;
+    /// Stands on the stack of an operation that calls listeners, and knows when one of them has let
+    /// the shader die.
+    class Watch;
 
     bool _InitParts(const ClassDefinition* definition, Result* result);
-    bool _InitParameter(const std::string& name, IPrototypeParameter* prototype, Result* result);
-    bool _InitMember(const std::string& name, IPrototypeMember* prototype, Result* result);
-    bool _InitCoord(TypeSpecifier type, const std::string& name,
-                    TransformationCoord transformation);
+    bool _InitParameters(Result* result);
+    bool _InitMembers(Result* result);
+    bool _InitCoords();
     void _InitMethodNames(const ClassDefinition* definition);
 
+    bool _NeedModule();
     bool _BuildModule();
     bool _BuildMethods(Module* module, std::vector<const FunctionDefinition*>& methods);
     bool _BuildConstructor(Module* module);
-    bool _ReplaceFunctionCalls(Module* module);
+    bool _RenameMethodCalls(Module* module);
+    bool _RenameMethodCall(FunctionCall* call, TIParentSyntax<Expression>* parent);
     bool _CollectParts(Module* module);
-    bool _ApplyTransformations(Module* module);
+    bool _ApplyTransformations(CodeTransformer& transformer);
+    void _ShutdownModule();
 
     bool _OnChangeStructurePrototype(PrototypeShader* prototype);
     bool _OnChangeStructureParameter(IParameter* parameter);
     bool _OnChangeLengthMember(IMember* member);
     bool _OnChangeStructure();
+    bool _Rebuild();
     bool _OnDeleteGraph(IGraph* graph);
 
     IGraph* _CreateGraph(GraphSlot& slot, IKLShader::Type kind);
@@ -156,19 +164,22 @@ private:
     void _ShutdownParts();
 
     template <class Set>
-    bool _SetParameter(Result* result, const std::string& name, IParameter* parameter,
-                       const SetTexts& texts, Set set);
+    bool _SetParameter(Result* result, const std::string& name, const SetTexts& texts, Set set);
+    template <class Set>
+    bool _Set(Result* result, const std::string& name, IParameter* parameter, const SetTexts& texts,
+              Set set);
     bool _IsCompatible(Result* result, IShader* shader);
     void _ReportParameterError(Result* result, const char* text, const std::string& name);
+    void _Report(Result* result, const std::string& text);
 
     PrototypeShader* _pPrototype = nullptr; ///< borrowed, owns this object
     std::unique_ptr<Module> _pModule;       ///< this instance's code; null until built
     Key _key;
     std::string _name;
     std::map<std::string, std::string> _methodNames; ///< declared name to mangled
-    std::map<std::string, std::unique_ptr<IParameter>> _parameters;
+    Parameters _parameters;
     std::map<std::string, std::unique_ptr<IMember>> _members;
-    std::map<std::string, std::unique_ptr<IParameter>> _coords;
+    Parameters _coords;                         ///< each a ParameterCoord
     std::array<GraphSlot, kGraphKinds> _graphs; ///< for rays, frames and ray prefixes
     std::map<IGraph*, UsedReference> _references;
     ListenerSet<FastDelegate1<IShader*, bool>> _listenersDelete;
@@ -176,8 +187,10 @@ private:
     std::unique_ptr<MangleMethodPrefixKey> _pMangleMethod;
     std::vector<const FunctionDefinition*> _methods; ///< those of the class in the module, borrowed
     std::uint64_t _countReferences = 0;              ///< references entered so far
-    ChangeScope* _pChange = nullptr;                 ///< the change that runs, null for none
-    bool _isMuted = false;                           ///< changes are not passed on
+    Watch* _pWatch = nullptr;                        ///< the innermost one, null for none
+    bool _isMuted = true;                            ///< changes are not passed on
+    bool _isChanging = false;                        ///< structure listeners are being told
+    bool _hasChangedAgain = false;                   ///< and one of them has made a change
 };
 
 } // namespace Tolen::Effects

@@ -33,7 +33,7 @@ private:
     /// Closes the gaps once they are more than the shaders.
     void _Compact();
 
-    std::vector<std::unique_ptr<Shader>> _shaders; ///< null where one was destroyed
+    std::vector<std::unique_ptr<Shader>> _shaders;          ///< null where one was destroyed
     std::unordered_map<const IShader*, std::size_t> _slots; ///< never iterated
     bool _isDestroyingAll = false;
 };

@@ -74,8 +74,7 @@ public:
         FastDelegate3<TypeSpecifier, const std::string&, TransformationCoord, bool>& visit) = 0;
 
     /// The outputs of the class, in name order.
-    virtual bool VisitOutputs(
-        FastDelegate2<TypeSpecifier, const std::string&, bool>& visit) = 0;
+    virtual bool VisitOutputs(FastDelegate2<TypeSpecifier, const std::string&, bool>& visit) = 0;
 
     /// Does nothing; values are applied through the references. @return true
     virtual bool Apply(IKLPrimitive* primitive, IKLProgram* program) = 0;

@@ -79,10 +79,9 @@ public:
     /// gives the graph that is there. Kind 0 is for rays, 2 for frames, 3 for ray prefixes.
     /// @return borrowed; null when there is none or it can't be made
 #define TOLEN_DECLARE_GRAPH_KIND(N)                                                                \
-    virtual bool AddListenerCreateGraphKind##N(                                                    \
-        FastDelegate2<IShader*, IGraph*, bool>& listener);                                   \
+    virtual bool AddListenerCreateGraphKind##N(FastDelegate2<IShader*, IGraph*, bool>& listener);  \
     virtual bool RemoveListenerCreateGraphKind##N(                                                 \
-        FastDelegate2<IShader*, IGraph*, bool>& listener);                                   \
+        FastDelegate2<IShader*, IGraph*, bool>& listener);                                         \
     virtual IGraph* CreateGraphKind##N();                                                          \
     virtual IGraph* GetGraphKind##N();                                                             \
     virtual bool DestroyGraphKind##N();
@@ -157,7 +156,8 @@ public:
     /// Connects shaders, borrowed, to input @p name. Null disconnects.
     virtual bool SetParameter(Result* result, const std::string& name, IShader* shader);
     virtual bool SetParameter(Result* result, const std::string& name, IShader* shader, int index);
-    virtual bool SetParameter(Result* result, const std::string& name, IShader** shaders, int count);
+    virtual bool SetParameter(Result* result, const std::string& name, IShader** shaders,
+                              int count);
 
     virtual shaderType GetShaderType();
 };

@@ -1,0 +1,441 @@
+#include "Shader.h"
+
+#include "Graph.h"
+#include "IPrototypeMember.h"
+#include "IPrototypeParameter.h"
+#include "MangleMethodPrefixKey.h"
+#include "ParameterCoord.h"
+#include "PrototypeShader.h"
+#include "ReferenceShader.h"
+#include "ScopedResult.h"
+#include "ShaderWatch.h"
+
+#include "TolenEffects/IGraph.h"
+#include "TolenEffects/IMember.h"
+#include "TolenEffects/IMgrEffects.h"
+#include "TolenEffects/IParameter.h"
+#include "TolenEffects/Module.h"
+
+#include "TolenCore/Console.h"
+#include "TolenCore/Result.h"
+
+#include <utility>
+
+namespace Tolen::Effects {
+
+namespace {
+
+template <class Map>
+auto _Find(const Map& map, const std::string& name) -> decltype(map.begin()->second.get()) {
+    const auto found = map.find(name);
+    return found == map.end() ? nullptr : found->second.get();
+}
+
+template <class Map, class Visit>
+bool _VisitAll(const Map& map, Visit& visit) {
+    bool all = true;
+    for (const auto& [name, entry] : map) {
+        all = visit(name, entry.get()) && all;
+    }
+    return all;
+}
+
+/// Asks all of @p parameters up to the first that is incomplete, which @p format names.
+template <class Map>
+bool _AreComplete(const Map& parameters, const char* format, Result* result) {
+    for (const auto& [name, parameter] : parameters) {
+        if (parameter->IsComplete(result)) {
+            continue;
+        }
+        if (result != nullptr) {
+            result->Add(format, name.c_str());
+        }
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+Shader::Shader() = default;
+
+Shader::~Shader() {
+    Shutdown();
+    if (_pWatch != nullptr) {
+        _pWatch->Release();
+    }
+}
+
+bool Shader::Init(IPrototypeShader* prototype, const ClassDefinition* definition, Result* result) {
+    _pPrototype = static_cast<PrototypeShader*>(prototype);
+    _name = _pPrototype->GetClassName();
+    auto onChange = MakeDelegate(this, &Shader::_OnChangeStructurePrototype);
+    _pPrototype->AddListenerChangeStructure(onChange);
+    _key = GetMgrEffects()->CreateKey();
+    _pMangleMethod = std::make_unique<MangleMethodPrefixKey>(&_key);
+    if (!_InitParts(definition, result)) {
+        Shutdown();
+        return false;
+    }
+    _isMuted = false;
+    return true;
+}
+
+bool Shader::_InitParts(const ClassDefinition* definition, Result* result) {
+    if (!_InitParameters(result) || !_InitMembers(result) || !_InitCoords()) {
+        return false;
+    }
+    _InitMethodNames(definition);
+    const ScopedResult scope(GetMgrEffects(), result);
+    return !IsComplete(nullptr) || _BuildModule();
+}
+
+bool Shader::_InitParameters(Result* result) {
+    bool good = true;
+    auto init = [&](const std::string& name, IPrototypeParameter* prototype) {
+        std::unique_ptr<IParameter> parameter(good ? prototype->CreateParameter(this, result)
+                                                   : nullptr);
+        good = parameter != nullptr;
+        if (good) {
+            auto onChange = MakeDelegate(this, &Shader::_OnChangeStructureParameter);
+            parameter->AddListenerChangeStructure(onChange);
+            _parameters[name] = std::move(parameter);
+        }
+        return good;
+    };
+    auto visit = FastDelegate2<const std::string&, IPrototypeParameter*, bool>::Borrow(init);
+    return _pPrototype->VisitPrototypeParameters(visit);
+}
+
+bool Shader::_InitMembers(Result* result) {
+    bool good = true;
+    auto init = [&](const std::string& name, IPrototypeMember* prototype) {
+        std::unique_ptr<IMember> member(good ? prototype->CreateMember(this, result) : nullptr);
+        good = member != nullptr;
+        if (good) {
+            auto onChange = MakeDelegate(this, &Shader::_OnChangeLengthMember);
+            member->AddListenerChangeLength(onChange);
+            _members[name] = std::move(member);
+        }
+        return good;
+    };
+    auto visit = FastDelegate2<const std::string&, IPrototypeMember*, bool>::Borrow(init);
+    return _pPrototype->VisitPrototypeMembers(visit);
+}
+
+bool Shader::_InitCoords() {
+    bool good = true;
+    auto init = [&](TypeSpecifier type, const std::string& name,
+                    TransformationCoord transformation) {
+        auto coord = std::make_unique<ParameterCoord>();
+        good = good && coord->Init(GetMgrEffects(), type, name, transformation);
+        if (good) {
+            auto onChange = MakeDelegate(this, &Shader::_OnChangeStructureParameter);
+            coord->AddListenerChangeStructure(onChange);
+            _coords[name] = std::move(coord);
+        }
+        return good;
+    };
+    auto visit =
+        FastDelegate3<TypeSpecifier, const std::string&, TransformationCoord, bool>::Borrow(init);
+    return _pPrototype->VisitCoords(visit);
+}
+
+void Shader::_InitMethodNames(const ClassDefinition* definition) {
+    const std::string prefix = definition->GetName()->GetString() + "_";
+    for (const FunctionDefinition* method : definition->GetMemberFunctions()) {
+        const FunctionPrototype* prototype = method->GetFunctionPrototype();
+        if (prototype->GetQualifier() != kFunctionQualifier_Static) {
+            _methodNames[prototype->GetName()->GetString()] =
+                _pMangleMethod->Mangle(prefix, prototype);
+        }
+    }
+}
+
+void Shader::Shutdown() {
+    _isMuted = true;
+    if (_pPrototype != nullptr) {
+        auto onChange = MakeDelegate(this, &Shader::_OnChangeStructurePrototype);
+        _pPrototype->RemoveListenerChangeStructure(onChange);
+    }
+    _listenersDelete.Fire(this);
+    _listenersDelete.Clear();
+    _ShutdownReferences();
+    for (GraphSlot& slot : _graphs) {
+        _DestroyGraph(slot);
+    }
+    _ShutdownParts();
+    if (IMgrEffects* manager = GetMgrEffects(); manager != nullptr && _key != Key::Null()) {
+        manager->DestroyKey(_key);
+    }
+    _key = Key::Null();
+    _ShutdownModule();
+    _pMangleMethod.reset();
+    _methodNames.clear();
+    _name.clear();
+    _pPrototype = nullptr;
+}
+
+void Shader::_ShutdownParts() {
+    _parameters.clear();
+    _members.clear();
+    _coords.clear();
+}
+
+void Shader::_ShutdownReferences() {
+    std::map<std::uint64_t, std::pair<IGraph*, std::unique_ptr<ReferenceShader>>> left;
+    for (auto& [graph, entry] : _references) {
+        left.emplace(entry.order, std::make_pair(graph, std::move(entry.pReference)));
+    }
+    _references.clear();
+    auto onDelete = MakeDelegate(this, &Shader::_OnDeleteGraph);
+    for (auto& [order, entry] : left) {
+        entry.first->RemoveListenerDelete(onDelete);
+        entry.second.reset();
+    }
+}
+
+bool Shader::AddListenerDelete(FastDelegate1<IShader*, bool>& listener) {
+    return _listenersDelete.Add(listener);
+}
+
+bool Shader::RemoveListenerDelete(FastDelegate1<IShader*, bool>& listener) {
+    return _listenersDelete.Remove(listener);
+}
+
+bool Shader::AddListenerChangeStructure(FastDelegate1<IShader*, bool>& listener) {
+    return _listenersChangeStructure.Add(listener);
+}
+
+bool Shader::RemoveListenerChangeStructure(FastDelegate1<IShader*, bool>& listener) {
+    return _listenersChangeStructure.Remove(listener);
+}
+
+std::string Shader::GetInterfaceName() {
+    return _pPrototype == nullptr ? std::string() : _pPrototype->GetInterfaceName();
+}
+
+std::string Shader::GetClassName() {
+    return _pPrototype == nullptr ? std::string() : _pPrototype->GetClassName();
+}
+
+std::string Shader::GetKeyName() {
+    return _key.ToString();
+}
+
+bool Shader::HasMethod(const std::string& method) {
+    return _methodNames.count(method) != 0;
+}
+
+std::string Shader::GetMethodNameMangled(const std::string& method) {
+    const auto found = _methodNames.find(method);
+    return found == _methodNames.end() ? "MethodNotFound" : found->second;
+}
+
+bool Shader::HasConstructor() {
+    return true;
+}
+
+std::string Shader::GetConstructorName() {
+    return "__ctor_" + _key.ToString();
+}
+
+IPrototypeShader* Shader::GetPrototype() {
+    return _pPrototype;
+}
+
+IMgrEffects* Shader::GetMgrEffects() {
+    return _pPrototype == nullptr ? nullptr : _pPrototype->GetMgrEffects();
+}
+
+#define TOLEN_DEFINE_GRAPH_KIND(N, slot, type)                                                     \
+    bool Shader::AddListenerCreateGraphKind##N(FastDelegate2<IShader*, IGraph*, bool>& listener) { \
+        return _graphs[slot].listenersCreate.Add(listener);                                        \
+    }                                                                                              \
+    bool Shader::RemoveListenerCreateGraphKind##N(                                                 \
+        FastDelegate2<IShader*, IGraph*, bool>& listener) {                                        \
+        return _graphs[slot].listenersCreate.Remove(listener);                                     \
+    }                                                                                              \
+    IGraph* Shader::CreateGraphKind##N() {                                                         \
+        return _CreateGraph(_graphs[slot], type);                                                  \
+    }                                                                                              \
+    IGraph* Shader::GetGraphKind##N() {                                                            \
+        return _graphs[slot].pGraph.get();                                                         \
+    }                                                                                              \
+    bool Shader::DestroyGraphKind##N() {                                                           \
+        return _DestroyGraph(_graphs[slot]);                                                       \
+    }
+TOLEN_DEFINE_GRAPH_KIND(0, 0, IKLShader::kType_Ray)
+TOLEN_DEFINE_GRAPH_KIND(2, 1, IKLShader::kType_Frame)
+TOLEN_DEFINE_GRAPH_KIND(3, 2, IKLShader::kType_PrefixRay)
+#undef TOLEN_DEFINE_GRAPH_KIND
+
+IGraph* Shader::_CreateGraph(GraphSlot& slot, IKLShader::Type kind) {
+    if (slot.pGraph != nullptr || _pPrototype == nullptr) {
+        return slot.pGraph.get();
+    }
+    auto graph = std::make_unique<Graph>();
+    if (!graph->Init(GetMgrEffects(), kind, this, _name)) {
+        return nullptr;
+    }
+    graph->SetName(_name);
+    slot.pGraph = std::move(graph);
+    IGraph* created = slot.pGraph.get();
+    const Watch watch(this);
+    slot.listenersCreate.Fire(this, created);
+    return watch.IsAlive() ? slot.pGraph.get() : nullptr;
+}
+
+bool Shader::_DestroyGraph(GraphSlot& slot) {
+    const std::unique_ptr<Graph> dying = std::move(slot.pGraph);
+    return true;
+}
+
+IReferenceShader* Shader::CreateReference(IGraph* graph) {
+    if (const auto found = _references.find(graph); found != _references.end()) {
+        ++found->second.count;
+        return found->second.pReference.get();
+    }
+    if (_pPrototype == nullptr || graph == nullptr) {
+        return nullptr;
+    }
+    auto onDelete = MakeDelegate(this, &Shader::_OnDeleteGraph);
+    graph->AddListenerDelete(onDelete);
+    UsedReference& entry = _references[graph];
+    entry.count = 1;
+    entry.order = ++_countReferences;
+    // In its place before it is initialised, since what it reaches may lead back here.
+    entry.pReference = std::make_unique<ReferenceShader>();
+    if (!entry.pReference->Init(this, graph)) {
+        entry.pReference.reset();
+    }
+    return entry.pReference.get();
+}
+
+IReferenceShader* Shader::GetReference(IGraph* graph) {
+    const auto found = _references.find(graph);
+    return found == _references.end() ? nullptr : found->second.pReference.get();
+}
+
+bool Shader::ReleaseReference(IReferenceShader* reference) {
+    auto found = _references.end();
+    if (reference != nullptr) {
+        // A reference of a shader with a graph of its own tells that graph, not the user's.
+        found = _references.find(reference->GetGraph());
+        if (found == _references.end() || found->second.pReference.get() != reference) {
+            found = _references.begin();
+            while (found != _references.end() && found->second.pReference.get() != reference) {
+                ++found;
+            }
+        }
+    }
+    if (found == _references.end()) {
+        if (IMgrConsole* console = GetMgrConsole()) {
+            console->Print("Shader::ReleaseReference Reference Not Found\n");
+        }
+        return false;
+    }
+    if (--found->second.count > 0) {
+        return true;
+    }
+    auto onDelete = MakeDelegate(this, &Shader::_OnDeleteGraph);
+    found->first->RemoveListenerDelete(onDelete);
+    const std::unique_ptr<ReferenceShader> dying = std::move(found->second.pReference);
+    _references.erase(found);
+    return true;
+}
+
+bool Shader::_OnDeleteGraph(IGraph* graph) {
+    const auto found = _references.find(graph);
+    if (found != _references.end() && found->second.pReference == nullptr) {
+        // Nobody gives a failure back, and a later graph may have the same address.
+        _references.erase(found);
+    }
+    return true;
+}
+
+IParameter* Shader::GetParameter(const std::string& name) {
+    return _Find(_parameters, name);
+}
+
+bool Shader::VisitParameters(FastDelegate2<const std::string&, IParameter*, bool>& visit) {
+    return _VisitAll(_parameters, visit);
+}
+
+IMember* Shader::GetMember(const std::string& name) {
+    return _Find(_members, name);
+}
+
+bool Shader::VisitMembers(FastDelegate2<const std::string&, IMember*, bool>& visit) {
+    return _VisitAll(_members, visit);
+}
+
+IParameter* Shader::GetCoord(const std::string& name) {
+    return _Find(_coords, name);
+}
+
+bool Shader::VisitCoords(FastDelegate2<const std::string&, IParameter*, bool>& visit) {
+    return _VisitAll(_coords, visit);
+}
+
+bool Shader::IsComplete(Result* result) {
+    if (_pPrototype == nullptr) {
+        return false;
+    }
+    if (!_pPrototype->IsComplete(result)) {
+        if (result != nullptr) {
+            result->Add("Shader::IsComplete() failed for _pPrototype: %s",
+                        _pPrototype->GetClassName().c_str());
+        }
+        return false;
+    }
+    return _AreComplete(_parameters, "Shader::IsComplete() failed for Parameter: %s", result) &&
+           _AreComplete(_coords, "Shader::IsComplete() failed for Coord: %s", result);
+}
+
+bool Shader::SetName(const std::string& name) {
+    _name = name;
+    return true;
+}
+
+const std::string& Shader::GetName() {
+    return _name;
+}
+
+bool Shader::_OnChangeStructurePrototype(PrototypeShader*) {
+    return _OnChangeStructure();
+}
+
+bool Shader::_OnChangeStructureParameter(IParameter*) {
+    return _OnChangeStructure();
+}
+
+bool Shader::_OnChangeLengthMember(IMember*) {
+    return _OnChangeStructure();
+}
+
+bool Shader::_OnChangeStructure() {
+    if (_isMuted) {
+        return true;
+    }
+    bool good = _Rebuild();
+    if (_isChanging) {
+        // A listener of the change in progress has made another one: the listeners before it have
+        // to be told again, when this one is done.
+        _hasChangedAgain = true;
+        return good;
+    }
+    const Watch watch(this);
+    _isChanging = true;
+    do {
+        _hasChangedAgain = false;
+        good = _listenersChangeStructure.Fire(this) && good;
+        if (!watch.IsAlive()) {
+            return good;
+        }
+    } while (_hasChangedAgain);
+    _isChanging = false;
+    return good;
+}
+
+} // namespace Tolen::Effects

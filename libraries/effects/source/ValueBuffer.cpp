@@ -152,6 +152,9 @@ bool ValueBuffer<T>::_Write(const void* values, int count, int offset) {
     if (_pBuffer == nullptr || (values == nullptr && count != 0)) {
         return false;
     }
+    if (count == 0) {
+        return true;
+    }
     const long width = sizeof(Buffer);
     const AutoBindKLBuffer bind(_pBuffer, KL_UNIFORM_BUFFER);
     klBufferSubData(KL_UNIFORM_BUFFER, offset * width, count * width, values);

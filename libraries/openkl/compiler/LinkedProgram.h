@@ -89,6 +89,9 @@ struct LinkedProgram {
     std::vector<LinkedVarying> varyings;
     std::vector<LinkedRayAttribute> rayAttributes;
     int varyingScalarCount = 0; ///< size of the record of one vertex
+    std::unordered_map<std::string_view, int> uniformLocations;
+    std::unordered_map<std::string_view, int> blockLocations;
+    std::unordered_map<std::string_view, int> attributeLocations; ///< of those that are read
 
     std::vector<std::shared_ptr<const CompiledShader>> shaders; ///< keep every node alive
 

@@ -137,7 +137,7 @@ const Expression* AccessChecker::Member(const Expression* object, const Token& n
     if (object->type.IsVector()) {
         return _Swizzle(object, name);
     }
-    _context.diagnostics.Error(name.line, "a " + object->type.ToString() + " has no member " +
+    _context.diagnostics.Error(name.line, object->type.ToString() + " has no member " +
                                               Quote(name.text));
     return nullptr;
 }
@@ -159,7 +159,7 @@ const Expression* AccessChecker::_Swizzle(const Expression* object, const Token&
     const std::string_view names = name.text;
     const int rows = object->type.rows;
     const auto refuse = [&](const std::string& why) {
-        _context.diagnostics.Error(name.line, Quote(names) + " selects nothing of a " +
+        _context.diagnostics.Error(name.line, Quote(names) + " selects nothing of " +
                                                   object->type.ToString() + ": " + why);
         return nullptr;
     };
@@ -200,7 +200,7 @@ const Expression* AccessChecker::Index(const Expression* object, const Expressio
     }
     const int count = object->type.GetElementCount();
     if (count == 0) {
-        _context.diagnostics.Error(line, "a " + object->type.ToString() + " has no elements");
+        _context.diagnostics.Error(line, object->type.ToString() + " has no elements");
         return nullptr;
     }
     if (!_CheckIndex(index, count, object->type)) {
@@ -218,7 +218,7 @@ bool AccessChecker::_CheckIndex(const Expression* index, int count, const Type& 
         return true;
     }
     _context.diagnostics.Error(index->line, "subscript " + std::to_string(value) +
-                                                " is outside a " + type.ToString() +
+                                                " is outside of " + type.ToString() +
                                                 ", whose subscripts go from 0 to " +
                                                 std::to_string(count - 1));
     return false;
@@ -233,7 +233,7 @@ const Expression* AccessChecker::Length(const Expression* object, int line) {
     }
     const int count = object->type.GetElementCount();
     if (count == 0) {
-        _context.diagnostics.Error(line, "a " + object->type.ToString() + " has no length");
+        _context.diagnostics.Error(line, object->type.ToString() + " has no length");
         return nullptr;
     }
     return _context.nodes.MakeInt(line, count);

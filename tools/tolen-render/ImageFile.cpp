@@ -1,0 +1,169 @@
+#include "ImageFile.h"
+
+#include <ImfChannelList.h>
+#include <ImfFrameBuffer.h>
+#include <ImfHeader.h>
+#include <ImfOutputFile.h>
+#include <ImfRgbaFile.h>
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <half.h>
+#include <memory>
+#include <png.h>
+#include <stdexcept>
+
+namespace Tolen::Render {
+
+namespace {
+
+constexpr int kMostPixels = 65536;
+
+float _ToLinear(float encoded) {
+    return encoded <= 0.04045f ? encoded / 12.92f : std::pow((encoded + 0.055f) / 1.055f, 2.4f);
+}
+
+std::uint8_t _ToScreen(float linear) {
+    // Written so that what is no number becomes black.
+    const float clamped = linear > 0.0f ? std::min(linear, 1.0f) : 0.0f;
+    const float encoded = clamped <= 0.0031308f ? clamped * 12.92f
+                                                : 1.055f * std::pow(clamped, 1.0f / 2.4f) - 0.055f;
+    return static_cast<std::uint8_t>(encoded * 255.0f + 0.5f);
+}
+
+[[noreturn]] void _Fail(const std::string& file, const std::string& what) {
+    throw std::runtime_error(file + ": " + what);
+}
+
+/// libpng's simple interface with the release that it asks for.
+class PngImage {
+public:
+    PngImage() { _image.version = PNG_IMAGE_VERSION; }
+    ~PngImage() { png_image_free(&_image); }
+    PngImage(const PngImage&) = delete;
+    PngImage& operator=(const PngImage&) = delete;
+
+    png_image* operator->() { return &_image; }
+    png_image* Get() { return &_image; }
+
+private:
+    png_image _image{};
+};
+
+Image _ReadPng(const std::string& file, bool isSrgb) {
+    PngImage png;
+    if (png_image_begin_read_from_file(png.Get(), file.c_str()) == 0) {
+        _Fail(file, png->message);
+    }
+    if (png->width > kMostPixels || png->height > kMostPixels) {
+        _Fail(file, "wider or higher than the limit of 65536 pixels");
+    }
+    png->format = PNG_FORMAT_RGBA;
+    std::vector<std::uint8_t> bytes(PNG_IMAGE_SIZE(*png.Get()));
+    // A negative stride turns the rows around, so that the lowest comes first.
+    const auto stride = -static_cast<png_int_32>(PNG_IMAGE_ROW_STRIDE(*png.Get()));
+    if (png_image_finish_read(png.Get(), nullptr, bytes.data(), stride, nullptr) == 0) {
+        _Fail(file, png->message);
+    }
+
+    std::array<float, 256> table{};
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        const float value = static_cast<float>(i) / 255.0f;
+        table[i] = isSrgb ? _ToLinear(value) : value;
+    }
+    Image image{static_cast<int>(png->width), static_cast<int>(png->height), {}};
+    image.rgba.resize(bytes.size());
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        image.rgba[i] = i % 4 == 3 ? static_cast<float>(bytes[i]) / 255.0f : table[bytes[i]];
+    }
+    return image;
+}
+
+Image _ReadExr(const std::string& file) {
+    Imf::RgbaInputFile input(file.c_str());
+    const Imath::Box2i window = input.dataWindow();
+    const int width = window.max.x - window.min.x + 1;
+    const int height = window.max.y - window.min.y + 1;
+    if (width > kMostPixels || height > kMostPixels) {
+        _Fail(file, "wider or higher than the limit of 65536 pixels");
+    }
+    const auto columns = static_cast<std::size_t>(width);
+    std::vector<Imf::Rgba> pixels(columns * static_cast<std::size_t>(height));
+    input.setFrameBuffer(pixels.data() - window.min.x - static_cast<std::ptrdiff_t>(window.min.y) * width,
+                         1, columns);
+    input.readPixels(window.min.y, window.max.y);
+    Image image{width, height, std::vector<float>(pixels.size() * 4)};
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
+        const std::size_t row = static_cast<std::size_t>(height) - 1 - i / columns;
+        float* const to = &image.rgba[(row * columns + i % columns) * 4];
+        to[0] = pixels[i].r;
+        to[1] = pixels[i].g;
+        to[2] = pixels[i].b;
+        to[3] = pixels[i].a;
+    }
+    return image;
+}
+
+bool _HasEnding(const std::string& file, const std::string& ending) {
+    return file.size() >= ending.size() &&
+           file.compare(file.size() - ending.size(), ending.size(), ending) == 0;
+}
+
+} // namespace
+
+Image ReadImage(const std::string& file, bool isSrgb) {
+    return _HasEnding(file, ".exr") ? _ReadExr(file) : _ReadPng(file, isSrgb);
+}
+
+void WritePng(const std::string& file, const Image& image) {
+    std::vector<std::uint8_t> bytes;
+    bytes.reserve(image.rgba.size() / 4 * 3);
+    for (std::size_t i = 0; i < image.rgba.size(); ++i) {
+        if (i % 4 != 3) {
+            bytes.push_back(_ToScreen(image.rgba[i]));
+        }
+    }
+    PngImage png;
+    png->width = static_cast<png_uint_32>(image.width);
+    png->height = static_cast<png_uint_32>(image.height);
+    png->format = PNG_FORMAT_RGB;
+    if (png_image_write_to_file(png.Get(), file.c_str(), 0, bytes.data(), -image.width * 3,
+                                nullptr) == 0) {
+        _Fail(file, png->message);
+    }
+}
+
+void WriteExr(const std::string& file,
+              const std::vector<std::pair<std::string, const Image*>>& images) {
+    const int width = images.front().second->width;
+    const int height = images.front().second->height;
+    const auto columns = static_cast<std::size_t>(width);
+    const auto rows = static_cast<std::size_t>(height);
+    Imf::Header header(width, height);
+    Imf::FrameBuffer frame;
+    std::vector<std::vector<half>> planes;
+    planes.reserve(images.size() * 4);
+    for (const auto& [name, image] : images) {
+        static constexpr const char* kChannels[] = {"R", "G", "B", "A"};
+        for (std::size_t channel = 0; channel < 4; ++channel) {
+            std::vector<half>& plane = planes.emplace_back(columns * rows);
+            for (std::size_t y = 0; y < rows; ++y) {
+                for (std::size_t x = 0; x < columns; ++x) {
+                    plane[y * columns + x] =
+                        half(image->rgba[((rows - 1 - y) * columns + x) * 4 + channel]);
+                }
+            }
+            const std::string full =
+                (image == images.front().second ? "" : name + ".") + kChannels[channel];
+            header.channels().insert(full, Imf::Channel(Imf::HALF));
+            frame.insert(full, Imf::Slice(Imf::HALF, reinterpret_cast<char*>(plane.data()),
+                                          sizeof(half), sizeof(half) * columns));
+        }
+    }
+    Imf::OutputFile output(file.c_str(), header);
+    output.setFrameBuffer(frame);
+    output.writePixels(height);
+}
+
+} // namespace Tolen::Render

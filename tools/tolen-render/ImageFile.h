@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace Tolen::Render {
+
+/// Four linear floats for each pixel, row by row from the lowest.
+struct Image {
+    int width = 0;
+    int height = 0;
+    std::vector<float> rgba;
+};
+
+/// Reads a PNG, or an OpenEXR file by its ending ".exr".
+/// @param isSrgb whether a PNG's colours are encoded for a screen
+/// @throws std::runtime_error
+Image ReadImage(const std::string& file, bool isSrgb);
+
+/// Writes the colours as an 8-bit PNG for screens (sRGB); what is above 1 is cut off.
+/// @throws std::runtime_error
+void WritePng(const std::string& file, const Image& image);
+
+/// Writes linear half floats, the first image as R, G, B, A, the others under their names.
+/// @param images names and images of one size
+/// @throws std::runtime_error
+void WriteExr(const std::string& file,
+              const std::vector<std::pair<std::string, const Image*>>& images);
+
+} // namespace Tolen::Render

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace Tolen::Render {
+
+/// What the command line asks for.
+struct Options {
+    std::string scene;
+    std::string output = "out.png";
+    std::vector<std::string> searchPaths;
+    int threads = 0;     ///< 0 for one on each core
+    int width = 0;       ///< 0 for the scene's
+    int height = 0;
+    int samples = 0;     ///< 0 for the scene's
+    std::vector<std::pair<std::string, std::string>> values; ///< "shader.parameter" and a value
+    std::string animated; ///< "shader.parameter"; empty for a single picture
+    std::string from;
+    std::string to;
+    int frames = 1;
+    bool reportsTimes = false;
+    bool printsPrograms = false;
+    bool isQuiet = false;
+};
+
+/// Reads the command line.
+/// @return whether there is something to do; otherwise @p exitStatus says how to end
+bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus);
+
+} // namespace Tolen::Render

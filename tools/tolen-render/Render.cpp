@@ -1,0 +1,262 @@
+#include "Render.h"
+
+#include "ImageFile.h"
+#include "Options.h"
+#include "ProgressBar.h"
+#include "SceneError.h"
+#include "SceneSession.h"
+
+#include "TolenEffects/Profiler.h"
+
+#include "TolenCore/Format.h"
+
+#include <chrono>
+#include <cstdio>
+#include <optional>
+#include <stdexcept>
+
+namespace Tolen::Render {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double _SecondsSince(Clock::time_point start) {
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+/// A value of the command line as a scene file would hold it: JSON, or numbers with commas.
+nlohmann::json _ParseValue(const std::string& option, const std::string& text) {
+    nlohmann::json value = nlohmann::json::parse(text, nullptr, false);
+    if (value.is_discarded()) {
+        value = nlohmann::json::parse("[" + text + "]", nullptr, false);
+    }
+    if (value.is_discarded()) {
+        throw SceneError(option, "'" + text + "' is no value");
+    }
+    return value;
+}
+
+/// The changing value of an animation.
+class Animation {
+public:
+    Animation(const Options& options, SceneSession& session) : _path(options.animated) {
+        _from = _Read(options.from, session);
+        _to = _Read(options.to, session);
+    }
+
+    /// @param t 0 for the first picture, 1 for the last
+    void Set(SceneSession& session, double t) const {
+        nlohmann::json value = nlohmann::json::array();
+        for (std::size_t i = 0; i < _from.size(); ++i) {
+            value.push_back(_from[i] + (_to[i] - _from[i]) * t);
+        }
+        if (value.size() == 1) {
+            value = nlohmann::json(value.front());
+        }
+        session.SetParameter(_path, JsonNode(value, "--animate " + _path));
+    }
+
+private:
+    std::vector<double> _Read(const std::string& text, SceneSession& session) const {
+        const nlohmann::json value = _ParseValue("--animate", text);
+        const JsonNode node(value, "--animate " + _path);
+        const std::size_t count = session.CountNumbersOf(_path);
+        if (count == 0) {
+            // Complains of the name in the same words as any other use of it.
+            session.SetParameter(_path, node);
+            node.Fail("only inputs with numbers can be animated");
+        }
+        return node.AsNumbers(count);
+    }
+
+    std::string _path;
+    std::vector<double> _from;
+    std::vector<double> _to;
+};
+
+/// "picture.png" and 7 give "picture.0007.png".
+std::string _NumberFile(const std::string& file, int number) {
+    const std::size_t dot = file.rfind('.');
+    const std::string digits = Format(".%04d", number);
+    return dot == std::string::npos ? file + digits
+                                    : file.substr(0, dot) + digits + file.substr(dot);
+}
+
+void _Write(const std::string& file, const SceneDescription& description,
+            const OpenKL::IFramebuffer& framebuffer) {
+    const auto read = [&framebuffer](int index) {
+        Image image{framebuffer.GetWidth(), framebuffer.GetHeight(), {}};
+        image.rgba.resize(static_cast<std::size_t>(image.width) *
+                          static_cast<std::size_t>(image.height) * 4);
+        framebuffer.Read(index, image.rgba.data());
+        return image;
+    };
+    if (file.size() < 4 || file.compare(file.size() - 4, 4, ".exr") != 0) {
+        WritePng(file, read(0));
+        return;
+    }
+    std::vector<std::pair<std::string, Image>> images;
+    images.emplace_back("color", read(0));
+    for (const SceneDescription::Output& output : description.outputs) {
+        if (output.attachment != 0) {
+            images.emplace_back(output.name, read(output.attachment));
+        }
+    }
+    std::vector<std::pair<std::string, const Image*>> named;
+    for (const auto& [name, image] : images) {
+        named.emplace_back(name, &image);
+    }
+    WriteExr(file, named);
+}
+
+struct Times {
+    double load = 0.0;
+    double update = 0.0;
+    double render = 0.0;
+    double write = 0.0;
+};
+
+void _ReportTimes(const Times& times, SceneSession& session) {
+    const OpenKL::Statistics statistics = session.GetContext().GetStatistics();
+    std::printf("time report\n");
+    const auto row = [](const char* name, double seconds) {
+        std::printf("  %-36s %10.3f ms\n", name, seconds * 1000.0);
+    };
+    row("load scene, libraries and shaders", times.load);
+    row("compile and apply", times.update);
+    row("geometry and acceleration structures", statistics.sceneSeconds);
+    row("render", times.render);
+    row("write", times.write);
+    for (const auto& [name, samples] : session.GetManager().GetProfiler()->GetTimeSamples()) {
+        double sum = 0.0;
+        for (const float sample : samples) {
+            sum += static_cast<double>(sample);
+        }
+        std::printf("    %-34s %10.3f ms in %zu calls\n", name.c_str(), sum, samples.size());
+    }
+    const auto rays = static_cast<double>(statistics.cameraRays + statistics.secondaryRays +
+                                          statistics.occlusionRays + statistics.distanceRays);
+    std::printf("  %-36s %10.3f M, %.2f M/s\n", "rays", rays / 1e6,
+                times.render > 0.0 ? rays / 1e6 / times.render : 0.0);
+}
+
+void _ReportCounts(SceneSession& session) {
+    std::printf("%-24s %10s %14s\n", "effect", "compiles", "value updates");
+    for (const EffectCount& count : session.GetCounts()) {
+        std::printf("%-24s %10d %14d\n", count.name.c_str(), count.compiles, count.valueUpdates);
+    }
+}
+
+/// A framebuffer for a scope.
+class ScopedFramebuffer {
+public:
+    ScopedFramebuffer(OpenKL::IContext& context, int width, int height) : _context(context) {
+        Result result;
+        _pFramebuffer = context.CreateFramebuffer(width, height, &result);
+        if (_pFramebuffer == nullptr) {
+            throw std::runtime_error(result.GetLast());
+        }
+    }
+    ~ScopedFramebuffer() { _context.DestroyFramebuffer(_pFramebuffer); }
+    ScopedFramebuffer(const ScopedFramebuffer&) = delete;
+    ScopedFramebuffer& operator=(const ScopedFramebuffer&) = delete;
+
+    OpenKL::IFramebuffer* operator->() const { return _pFramebuffer; }
+    OpenKL::IFramebuffer* Get() const { return _pFramebuffer; }
+
+private:
+    OpenKL::IContext& _context;
+    OpenKL::IFramebuffer* _pFramebuffer = nullptr;
+};
+
+void _RenderPicture(SceneSession& session, const ScopedFramebuffer& framebuffer,
+                    const std::string& label, int samples, double time, bool isQuiet) {
+    const double total = static_cast<double>(framebuffer->GetWidth()) *
+                         static_cast<double>(framebuffer->GetHeight()) * samples;
+    std::optional<ProgressBar> bar;
+    if (!isQuiet) {
+        bar.emplace(label, "samples", total);
+    }
+    auto show = [&bar](const OpenKL::RenderProgress& progress) {
+        if (bar) {
+            bar->Show(static_cast<double>(progress.tilesDone) /
+                      static_cast<double>(progress.tiles));
+        }
+        return true;
+    };
+    OpenKL::RenderSettings settings;
+    settings.samples = samples;
+    settings.time = static_cast<float>(time);
+    settings.progress = FastDelegate1<const OpenKL::RenderProgress&, bool>::Borrow(show);
+    Result result;
+    framebuffer->Clear();
+    const OpenKL::RenderOutcome outcome =
+        session.GetContext().Render(framebuffer.Get(), settings, &result);
+    bar.reset();
+    for (const std::string& message : result.GetMessages()) {
+        std::fprintf(stderr, "%s\n", message.c_str());
+    }
+    if (outcome != OpenKL::kRender_Finished) {
+        throw std::runtime_error("the picture can't be rendered");
+    }
+}
+
+} // namespace
+
+void RenderScene(const Options& options) {
+    Times times;
+    Clock::time_point start = Clock::now();
+    const SceneDescription description = ReadScene(options.scene);
+    OpenKL::ContextOptions contextOptions;
+    contextOptions.threads = options.threads;
+    SceneSession session(description, contextOptions, options.searchPaths);
+    for (const auto& [path, text] : options.values) {
+        const nlohmann::json value = _ParseValue("--set", text);
+        session.SetParameter(path, JsonNode(value, "--set " + path));
+    }
+    times.load = _SecondsSince(start);
+
+    std::optional<Animation> animation;
+    if (!options.animated.empty()) {
+        animation.emplace(options, session);
+    }
+    const ScopedFramebuffer framebuffer(session.GetContext(),
+                                        options.width > 0 ? options.width : description.width,
+                                        options.height > 0 ? options.height : description.height);
+    framebuffer->Attach(0);
+    for (const SceneDescription::Output& output : description.outputs) {
+        framebuffer->Attach(output.attachment);
+    }
+    const int samples = options.samples > 0 ? options.samples : description.samples;
+
+    for (int frame = 0; frame < options.frames; ++frame) {
+        start = Clock::now();
+        if (animation) {
+            animation->Set(session, options.frames > 1
+                                        ? static_cast<double>(frame) / (options.frames - 1)
+                                        : 0.0);
+        }
+        session.Update();
+        times.update += _SecondsSince(start);
+        if (frame == 0 && options.printsPrograms) {
+            std::printf("%s", session.GetPrograms().c_str());
+        }
+        const std::string file =
+            animation ? _NumberFile(options.output, frame + 1) : options.output;
+        start = Clock::now();
+        _RenderPicture(session, framebuffer, file, samples, description.time, options.isQuiet);
+        times.render += _SecondsSince(start);
+        start = Clock::now();
+        _Write(file, description, *framebuffer.Get());
+        times.write += _SecondsSince(start);
+    }
+    if (animation) {
+        _ReportCounts(session);
+    }
+    if (options.reportsTimes) {
+        _ReportTimes(times, session);
+    }
+}
+
+} // namespace Tolen::Render

@@ -1,0 +1,299 @@
+#include "SceneDescription.h"
+
+#include "SceneError.h"
+
+#include "TolenOpenKLWrapper/kl.h"
+
+#include "TolenCore/Path.h"
+
+#include <cmath>
+#include <fstream>
+#include <set>
+#include <sstream>
+
+namespace Tolen::Render {
+
+namespace {
+
+constexpr int kMostSamples = 1 << 24;
+constexpr int kMostPixels = 65536;
+
+nlohmann::json _ReadJson(const std::string& file) {
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream) {
+        throw SceneError("", "can't be read");
+    }
+    std::stringstream text;
+    text << stream.rdbuf();
+    try {
+        return nlohmann::json::parse(text.str(), nullptr, true, true);
+    } catch (const nlohmann::json::parse_error& error) {
+        // The library's text tells line and column; its own prefix helps nobody.
+        const std::string what = error.what();
+        const std::size_t at = what.find("at line");
+        throw SceneError("", at == std::string::npos ? what : "no JSON " + what.substr(at));
+    }
+}
+
+std::string _OptionalString(const JsonNode& node, const char* key) {
+    return node.Has(key) ? node.Get(key).AsString() : std::string();
+}
+
+std::vector<std::pair<std::string, JsonNode>> _OptionalMembers(const JsonNode& node,
+                                                               const char* key) {
+    return node.Has(key) ? node.Get(key).GetMembers()
+                         : std::vector<std::pair<std::string, JsonNode>>();
+}
+
+std::vector<JsonNode> _OptionalElements(const JsonNode& node, const char* key) {
+    return node.Has(key) ? node.Get(key).GetElements() : std::vector<JsonNode>();
+}
+
+/// The names of one list, which must differ.
+class UniqueNames {
+public:
+    std::string Take(const JsonNode& node) {
+        const std::string name = node.Get("name").AsString();
+        if (name.empty()) {
+            node.Get("name").Fail("a name can't be empty");
+        }
+        if (!_names.insert(name).second) {
+            node.Get("name").Fail("the name '" + name + "' is taken");
+        }
+        return name;
+    }
+
+private:
+    std::set<std::string> _names;
+};
+
+Matrix44f _Translation(const std::vector<double>& by) {
+    Matrix44f matrix;
+    for (int row = 0; row < 3; ++row) {
+        matrix(row, 3) = static_cast<float>(by[static_cast<std::size_t>(row)]);
+    }
+    return matrix;
+}
+
+Matrix44f _Scale(const JsonNode& node) {
+    std::vector<double> by = node.AsNumbers();
+    if (by.size() == 1) {
+        by = {by[0], by[0], by[0]};
+    }
+    if (by.size() != 3 || by[0] == 0.0 || by[1] == 0.0 || by[2] == 0.0) {
+        node.Fail("expected one or three numbers other than 0");
+    }
+    Matrix44f matrix;
+    for (int axis = 0; axis < 3; ++axis) {
+        matrix(axis, axis) = static_cast<float>(by[static_cast<std::size_t>(axis)]);
+    }
+    return matrix;
+}
+
+Matrix44f _Rotation(const JsonNode& node) {
+    node.AllowOnly({"axis", "degrees"});
+    const std::vector<double> axis = node.Get("axis").AsNumbers(3);
+    const double length = std::hypot(axis[0], axis[1], axis[2]);
+    if (!(length > 0.0)) {
+        node.Get("axis").Fail("an axis needs a length");
+    }
+    const double angle = node.Get("degrees").AsNumber() * 3.14159265358979323846 / 180.0;
+    const double c = std::cos(angle);
+    const double s = std::sin(angle);
+    const double n[3] = {axis[0] / length, axis[1] / length, axis[2] / length};
+    const double cross[3][3] = {{0.0, -n[2], n[1]}, {n[2], 0.0, -n[0]}, {-n[1], n[0], 0.0}};
+    Matrix44f matrix;
+    for (int row = 0; row < 3; ++row) {
+        for (int column = 0; column < 3; ++column) {
+            matrix(row, column) = static_cast<float>((row == column ? c : 0.0) +
+                                                     (1.0 - c) * n[row] * n[column] +
+                                                     s * cross[row][column]);
+        }
+    }
+    return matrix;
+}
+
+Matrix44f _Matrix(const JsonNode& node) {
+    const std::vector<double> rows = node.AsNumbers(16);
+    Matrix44f matrix;
+    for (int row = 0; row < 4; ++row) {
+        for (int column = 0; column < 4; ++column) {
+            matrix(row, column) = static_cast<float>(rows[static_cast<std::size_t>(row * 4 + column)]);
+        }
+    }
+    return matrix;
+}
+
+/// The steps of a transform; the first one acts first.
+Matrix44f _ReadTransform(const JsonNode& node) {
+    Matrix44f whole;
+    for (const JsonNode& step : node.GetElements()) {
+        step.AllowOnly({"translate", "rotate", "scale", "matrix"});
+        const auto members = step.GetMembers();
+        if (members.size() != 1) {
+            step.Fail("expected one of translate, rotate, scale, matrix in each step");
+        }
+        const auto& [kind, value] = members.front();
+        const Matrix44f matrix = kind == "translate" ? _Translation(value.AsNumbers(3))
+                                 : kind == "rotate"  ? _Rotation(value)
+                                 : kind == "scale"   ? _Scale(value)
+                                                     : _Matrix(value);
+        whole = matrix * whole;
+    }
+    return whole;
+}
+
+std::vector<SceneDescription::Variable> _ReadVariables(const JsonNode& scene, const char* key) {
+    std::vector<SceneDescription::Variable> variables;
+    UniqueNames names;
+    for (const JsonNode& node : _OptionalElements(scene, key)) {
+        node.AllowOnly({"type", "name"});
+        variables.push_back({node.Get("type").AsString(), names.Take(node), node});
+    }
+    return variables;
+}
+
+void _ReadTextures(const JsonNode& scene, SceneDescription& description) {
+    constexpr int kWraps[] = {KL_REPEAT, KL_CLAMP_TO_EDGE, KL_MIRRORED_REPEAT};
+    constexpr int kFilters[] = {KL_LINEAR, KL_NEAREST};
+    UniqueNames names;
+    for (const JsonNode& node : _OptionalElements(scene, "textures")) {
+        node.AllowOnly({"name", "file", "wrap", "filter", "encoding"});
+        description.textures.push_back(
+            {names.Take(node), node.Get("file").AsString(),
+             node.Has("wrap") ? kWraps[node.Get("wrap").AsOneOf({"repeat", "clamp", "mirror"})]
+                              : KL_REPEAT,
+             node.Has("filter") ? kFilters[node.Get("filter").AsOneOf({"linear", "nearest"})]
+                                : KL_LINEAR,
+             !node.Has("encoding") || node.Get("encoding").AsOneOf({"srgb", "linear"}) == 0, node});
+    }
+}
+
+void _ReadShaders(const JsonNode& scene, SceneDescription& description) {
+    for (const auto& [name, node] : _OptionalMembers(scene, "classes")) {
+        description.classes.push_back({name, node.GetMembers(), node});
+    }
+    UniqueNames names;
+    for (const JsonNode& node : scene.Get("shaders").GetElements()) {
+        node.AllowOnly({"name", "class", "parameters", "coords", "textures"});
+        description.shaders.push_back({names.Take(node), node.Get("class").AsString(),
+                                       _OptionalMembers(node, "parameters"),
+                                       _OptionalMembers(node, "coords"),
+                                       _OptionalMembers(node, "textures"), node});
+    }
+}
+
+void _ReadEffects(const JsonNode& scene, SceneDescription& description) {
+    UniqueNames names;
+    for (const JsonNode& node : scene.Get("effects").GetElements()) {
+        node.AllowOnly({"name", "kind", "root"});
+        const std::size_t kind = node.Get("kind").AsOneOf({"surface", "renderer", "prefix"});
+        description.effects.push_back({names.Take(node),
+                                       static_cast<SceneDescription::EffectKind>(kind),
+                                       node.Get("root").AsString(), node});
+    }
+    description.renderer = scene.Get("renderer").AsString();
+    description.prefix = _OptionalString(scene, "prefix");
+    description.miss = _OptionalString(scene, "miss");
+}
+
+std::vector<double> _ReadSize(const JsonNode& node, SceneDescription::Shape shape) {
+    std::vector<double> size;
+    switch (shape) {
+    case SceneDescription::kShape_Plane:
+        size = node.Has("size") ? node.Get("size").AsNumbers(2) : std::vector<double>{1.0, 1.0};
+        break;
+    case SceneDescription::kShape_Box:
+        size = node.Has("size") ? node.Get("size").AsNumbers(3) : std::vector<double>{1.0, 1.0, 1.0};
+        break;
+    case SceneDescription::kShape_Sphere:
+    case SceneDescription::kShape_Disc:
+        size = {node.Has("radius") ? node.Get("radius").AsNumber() : 1.0};
+        break;
+    case SceneDescription::kShape_Mesh:
+        return {};
+    }
+    for (const double edge : size) {
+        if (!(edge > 0.0)) {
+            node.Get(node.Has("size") ? "size" : "radius").Fail("expected numbers above 0");
+        }
+    }
+    return size;
+}
+
+void _ReadPrimitives(const JsonNode& scene, SceneDescription& description) {
+    UniqueNames names;
+    for (const JsonNode& node : _OptionalElements(scene, "primitives")) {
+        const auto shape = static_cast<SceneDescription::Shape>(
+            node.Get("shape").AsOneOf({"plane", "sphere", "box", "disc", "mesh"}));
+        switch (shape) {
+        case SceneDescription::kShape_Plane:
+        case SceneDescription::kShape_Box:
+            node.AllowOnly({"name", "shape", "size", "effect", "transform", "local"});
+            break;
+        case SceneDescription::kShape_Sphere:
+        case SceneDescription::kShape_Disc:
+            node.AllowOnly({"name", "shape", "radius", "effect", "transform", "local"});
+            break;
+        case SceneDescription::kShape_Mesh:
+            node.AllowOnly({"name", "shape", "file", "fit", "effect", "transform", "local"});
+            break;
+        }
+        description.primitives.push_back(
+            {names.Take(node), shape, _ReadSize(node, shape),
+             shape == SceneDescription::kShape_Mesh ? node.Get("file").AsString() : std::string(),
+             node.Has("fit") && node.Get("fit").AsBool(), node.Get("effect").AsString(),
+             node.Has("transform") ? _ReadTransform(node.Get("transform")) : Matrix44f(),
+             _OptionalMembers(node, "local"), node});
+    }
+}
+
+void _ReadPicture(const JsonNode& scene, SceneDescription& description) {
+    if (scene.Has("size")) {
+        const std::vector<JsonNode> size = scene.Get("size").GetElements();
+        if (size.size() != 2) {
+            scene.Get("size").Fail("expected width and height");
+        }
+        description.width = size[0].AsInt(1, kMostPixels);
+        description.height = size[1].AsInt(1, kMostPixels);
+    }
+    if (scene.Has("samples")) {
+        description.samples = scene.Get("samples").AsInt(1, kMostSamples);
+    }
+    if (scene.Has("time")) {
+        description.time = scene.Get("time").AsNumber();
+    }
+    UniqueNames names;
+    for (const JsonNode& node : _OptionalElements(scene, "outputs")) {
+        node.AllowOnly({"name", "type", "attachment"});
+        description.outputs.push_back({node.Get("type").AsString(), names.Take(node),
+                                       node.Get("attachment").AsInt(0, 15), node});
+    }
+}
+
+} // namespace
+
+SceneDescription ReadScene(const std::string& file) {
+    SceneDescription description;
+    description.json = std::make_shared<const nlohmann::json>(_ReadJson(file));
+    description.folder = Path(file).GetFolder().AsString();
+
+    const JsonNode scene(*description.json, "");
+    scene.AllowOnly({"libraries", "rayAttributes", "globals", "outputs", "textures", "classes",
+                     "shaders", "effects", "primitives", "renderer", "prefix", "miss", "size",
+                     "samples", "time"});
+    description.libraryNodes = scene.Get("libraries").GetElements();
+    for (const JsonNode& node : description.libraryNodes) {
+        description.libraries.push_back(node.AsString());
+    }
+    description.rayAttributes = _ReadVariables(scene, "rayAttributes");
+    description.globals = _ReadVariables(scene, "globals");
+    _ReadTextures(scene, description);
+    _ReadShaders(scene, description);
+    _ReadEffects(scene, description);
+    _ReadPrimitives(scene, description);
+    _ReadPicture(scene, description);
+    return description;
+}
+
+} // namespace Tolen::Render

@@ -11,6 +11,7 @@
 namespace Tolen::OpenKL {
 
 class KernelCode;
+struct ScratchMemory;
 struct LinkedProgram;
 
 /// Where a global of a program has its words.
@@ -57,8 +58,7 @@ public:
 
 private:
     friend class Kernel;
-    struct Memory;
-    std::unique_ptr<Memory> _pMemory;
+    std::unique_ptr<ScratchMemory> _pMemory;
 };
 
 /// A stage of a linked program, compiled for batches of invocations.

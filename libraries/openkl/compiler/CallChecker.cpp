@@ -44,6 +44,13 @@ std::vector<ParameterShape> GetShapes(const Function& function) {
 } // namespace
 
 const Expression* CallChecker::Call(const Token& name, Arguments arguments) {
+    const std::span<Function* const> functions = _context.symbols.FindFunctions(name.text);
+    const std::span<const BuiltinSignature> builtins = FindBuiltinFunction(name.text);
+    const StructType* structure = _context.symbols.FindStruct(name.text);
+    if (functions.empty() && builtins.empty() && structure == nullptr) {
+        _ReportUnknown(name);
+        return nullptr;
+    }
     if (HasNull(arguments)) {
         return nullptr;
     }
@@ -53,7 +60,6 @@ const Expression* CallChecker::Call(const Token& name, Arguments arguments) {
                            std::to_string(OverloadChooser::kMaxParameters) + " arguments");
         return nullptr;
     }
-    const std::span<Function* const> functions = _context.symbols.FindFunctions(name.text);
     OverloadChooser own(arguments);
     for (std::size_t i = 0; i < functions.size(); ++i) {
         own.Offer(i, GetShapes(*functions[i]));
@@ -61,12 +67,9 @@ const Expression* CallChecker::Call(const Token& name, Arguments arguments) {
     if (const std::size_t best = own.GetBest(); best != OverloadChooser::kNone) {
         return _CallFunction(name.line, functions[best], arguments);
     }
-    if (functions.empty()) {
-        if (const StructType* structure = _context.symbols.FindStruct(name.text)) {
-            return Construct({.base = kBase_Struct, .structure = structure}, name.line, arguments);
-        }
+    if (functions.empty() && structure != nullptr) {
+        return Construct({.base = kBase_Struct, .structure = structure}, name.line, arguments);
     }
-    const std::span<const BuiltinSignature> builtins = FindBuiltinFunction(name.text);
     OverloadChooser language(arguments);
     for (std::size_t i = 0; i < builtins.size(); ++i) {
         language.Offer(i, builtins[i].parameters);
@@ -75,11 +78,7 @@ const Expression* CallChecker::Call(const Token& name, Arguments arguments) {
         best != OverloadChooser::kNone && !own.IsAmbiguous()) {
         return _CallBuiltin(name.line, builtins[best], arguments);
     }
-    if (functions.empty() && builtins.empty()) {
-        _ReportUnknown(name);
-    } else {
-        _ReportNoMatch(name, arguments, builtins, own.IsAmbiguous() || language.IsAmbiguous());
-    }
+    _ReportNoMatch(name, arguments, builtins, own.IsAmbiguous() || language.IsAmbiguous());
     return nullptr;
 }
 

@@ -172,6 +172,9 @@ bool GlobalParser::_ParseFields(std::vector<StructField>& fields) {
     if (!_tokens.Expect(kToken_LeftBrace, "'{'")) {
         return false;
     }
+    if (_tokens.Is(kToken_RightBrace)) {
+        _context.diagnostics.Error(_tokens.Peek().line, "a struct needs at least one field");
+    }
     std::unordered_set<std::string_view> names;
     while (!_tokens.Accept(kToken_RightBrace)) {
         const std::optional<Type> type = _declarations.ParseType();
@@ -226,9 +229,6 @@ bool GlobalParser::_ParseStruct(const Qualifiers& qualifiers) {
         offset += field.type.CountScalars();
         depth = std::max(depth, GetStructDepth(field.type));
     }
-    if (fields.empty()) {
-        _context.diagnostics.Error(line, "a struct needs at least one field");
-    }
     if (offset > kMaxScalarsInVariable) {
         _context.diagnostics.Error(line, "struct " + Quote(structure->name) + " holds " +
                                              std::to_string(offset) + " scalars; the limit is " +
@@ -267,6 +267,9 @@ bool GlobalParser::_ParseUniformBlock() {
     std::vector<StructField> fields;
     if (!_ParseFields(fields) || !_tokens.ExpectSemicolon()) {
         return false;
+    }
+    if (fields.empty()) {
+        return true; // which was reported
     }
     if (fields.size() != 1 || !fields[0].type.IsArray() || fields[0].type.base == kBase_Struct) {
         _context.diagnostics.Error(line, "a uniform block holds one array of a built-in type, as "

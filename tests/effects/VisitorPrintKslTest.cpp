@@ -517,7 +517,7 @@ TEST(VisitorPrintKslTest, LineTable_HasTheNodeThatBeganEachLine) {
 
 TEST(VisitorPrintKslTest, ChainsOfAnyLength_PrintOnASmallStack) {
     OnSmallStack([] {
-        constexpr int kLength = 200000;
+        constexpr int kLength = 100000;
         TreeBuilder t;
         const std::string sum = Print(t.Sum(kLength));
         EXPECT_EQ(sum.size(), 1u + 4u * kLength);

@@ -61,6 +61,9 @@ bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus)
                    "shader.parameter=from:to, a value that changes from picture to picture");
     app.add_option("--frames", options.frames, "pictures of the animation")
         ->check(CLI::Range(1, 1000000));
+    app.add_option("--frame", options.frame,
+                   "render this picture of the animation alone, under the plain name")
+        ->check(CLI::Range(1, 1000000));
     app.add_flag("--time-report", options.reportsTimes, "tell where the time went");
     app.add_flag("--print-programs", options.printsPrograms, "print the generated texts");
     app.add_flag("-q,--quiet", options.isQuiet, "show no progress");
@@ -74,8 +77,11 @@ bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus)
         }
         if (!animation.empty()) {
             _ReadAnimation(animation, options);
-        } else if (options.frames != 1) {
-            throw CLI::ValidationError("--frames", "goes with --animate");
+        } else if (options.frames != 1 || options.frame != 0) {
+            throw CLI::ValidationError("--frames and --frame", "go with --animate");
+        }
+        if (options.frame > options.frames) {
+            throw CLI::ValidationError("--frame", "is more than --frames");
         }
     } catch (const CLI::ParseError& error) {
         exitStatus = app.exit(error) == 0 ? 0 : 2;

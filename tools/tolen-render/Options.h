@@ -20,6 +20,7 @@ struct Options {
     std::string from;
     std::string to;
     int frames = 1;
+    int frame = 0;        ///< the only one to render, from 1; 0 for all
     bool reportsTimes = false;
     bool printsPrograms = false;
     bool isQuiet = false;

@@ -230,7 +230,10 @@ void RenderScene(const Options& options) {
     }
     const int samples = options.samples > 0 ? options.samples : description.samples;
 
-    for (int frame = 0; frame < options.frames; ++frame) {
+    const bool isSingle = !animation || options.frame > 0;
+    const int first = options.frame > 0 ? options.frame - 1 : 0;
+    const int end = options.frame > 0 ? options.frame : options.frames;
+    for (int frame = first; frame < end; ++frame) {
         start = Clock::now();
         if (animation) {
             animation->Set(session, options.frames > 1
@@ -239,11 +242,11 @@ void RenderScene(const Options& options) {
         }
         session.Update();
         times.update += _SecondsSince(start);
-        if (frame == 0 && options.printsPrograms) {
+        if (frame == first && options.printsPrograms) {
             std::printf("%s", session.GetPrograms().c_str());
         }
         const std::string file =
-            animation ? _NumberFile(options.output, frame + 1) : options.output;
+            isSingle ? options.output : _NumberFile(options.output, frame + 1);
         start = Clock::now();
         _RenderPicture(session, framebuffer, file, samples, description.time, options.isQuiet);
         times.render += _SecondsSince(start);
@@ -251,7 +254,7 @@ void RenderScene(const Options& options) {
         _Write(file, description, *framebuffer.Get());
         times.write += _SecondsSince(start);
     }
-    if (animation) {
+    if (!isSingle) {
         _ReportCounts(session);
     }
     if (options.reportsTimes) {

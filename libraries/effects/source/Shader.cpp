@@ -8,7 +8,6 @@
 #include "PrototypeShader.h"
 #include "ReferenceShader.h"
 #include "ScopedResult.h"
-#include "ShaderWatch.h"
 
 #include "TolenEffects/IGraph.h"
 #include "TolenEffects/IMember.h"
@@ -61,9 +60,6 @@ Shader::Shader() = default;
 
 Shader::~Shader() {
     Shutdown();
-    if (_pWatch != nullptr) {
-        _pWatch->Release();
-    }
 }
 
 bool Shader::Init(IPrototypeShader* prototype, const ClassDefinition* definition, Result* result) {
@@ -281,9 +277,9 @@ IGraph* Shader::_CreateGraph(GraphSlot& slot, IKLShader::Type kind) {
     graph->SetName(_name);
     slot.pGraph = std::move(graph);
     IGraph* created = slot.pGraph.get();
-    const Watch watch(this);
+    const LifeToken::Watch alive = _life.GetWatch();
     slot.listenersCreate.Fire(this, created);
-    return watch.IsAlive() ? slot.pGraph.get() : nullptr;
+    return alive ? slot.pGraph.get() : nullptr;
 }
 
 bool Shader::_DestroyGraph(GraphSlot& slot) {
@@ -425,12 +421,12 @@ bool Shader::_OnChangeStructure() {
         _hasChangedAgain = true;
         return good;
     }
-    const Watch watch(this);
+    const LifeToken::Watch alive = _life.GetWatch();
     _isChanging = true;
     do {
         _hasChangedAgain = false;
         good = _listenersChangeStructure.Fire(this) && good;
-        if (!watch.IsAlive()) {
+        if (!alive) {
             return good;
         }
     } while (_hasChangedAgain);

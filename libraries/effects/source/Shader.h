@@ -7,6 +7,7 @@
 #include "TolenOpenKLWrapper/IKLShader.h"
 
 #include "TolenCore/CreationOrder.h"
+#include "TolenCore/LifeToken.h"
 #include "TolenCore/ListenerSet.h"
 
 #include <array>
@@ -131,9 +132,6 @@ private:
         const char* refused;
     };
     using Parameters = std::map<std::string, std::unique_ptr<IParameter>>;
-    /// Stands on the stack of an operation that calls listeners, and knows when one of them has let
-    /// the shader die.
-    class Watch;
 
     bool _InitParts(const ClassDefinition* definition, Result* result);
     bool _InitParameters(Result* result);
@@ -187,10 +185,10 @@ private:
     std::unique_ptr<MangleMethodPrefixKey> _pMangleMethod;
     std::vector<const FunctionDefinition*> _methods; ///< those of the class in the module, borrowed
     std::uint64_t _countReferences = 0;              ///< references entered so far
-    Watch* _pWatch = nullptr;                        ///< the innermost one, null for none
     bool _isMuted = true;                            ///< changes are not passed on
     bool _isChanging = false;                        ///< structure listeners are being told
     bool _hasChangedAgain = false;                   ///< and one of them has made a change
+    LifeToken _life;
 };
 
 } // namespace Tolen::Effects

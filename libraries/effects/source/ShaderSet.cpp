@@ -2,7 +2,6 @@
 
 #include "PrototypeShader.h"
 #include "ScopedResult.h"
-#include "ShaderWatch.h"
 
 #include "TolenEffects/IMember.h"
 #include "TolenEffects/IMgrEffects.h"
@@ -39,10 +38,10 @@ bool Shader::_Set(Result* result, const std::string& name, IParameter* parameter
         _ReportParameterError(result, texts.notFound, name);
         return false;
     }
-    const Watch watch(this);
+    const LifeToken::Watch alive = _life.GetWatch();
     const ScopedResult scope(GetMgrEffects(), result);
     const bool good = set(parameter);
-    if (!good && watch.IsAlive()) {
+    if (!good && alive) {
         _ReportParameterError(result, texts.refused, name);
     }
     return good;

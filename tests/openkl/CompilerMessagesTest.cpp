@@ -80,25 +80,43 @@ TEST(CompilerMessages, Names_ThatNothingDeclares) {
          "'kl_Position' belongs to vertex programs and cannot be used in a ray program"},
         {"discardRay();",
          "'discardRay' belongs to prefix programs and cannot be called in a ray program"},
-        {"f = texture3D(f, v3).x;", "'texture3D' is not supported; textures are read by texture2D(sampler2D, vec2)"},
-        {"f = textureCube(f, v3).x;", "'textureCube' is not supported; textures are read by texture2D(sampler2D, vec2)"},
+        {"f = texture3D(f, v3).x;",
+         "'texture3D' is not supported; textures are read by texture2D(sampler2D, vec2)"},
+        {"f = textureCube(f, v3).x;",
+         "'textureCube' is not supported; textures are read by texture2D(sampler2D, vec2)"},
     };
     CheckStatements(cases);
 }
 
 TEST(CompilerMessages, Stages_KeepTheirVariablesAndFunctions) {
     const Case cases[] = {
-        {"void main() { vec3 d = kl_RayDirection; }", "1: 'kl_RayDirection' belongs to ray and prefix programs and cannot be used in a frame program", kStage_Frame},
-        {"void main() { vec2 d = kl_PixelCoord; }", "1: 'kl_PixelCoord' belongs to frame, ray and prefix programs and cannot be used in a vertex program", kStage_Vertex},
+        {"void main() { vec3 d = kl_RayDirection; }",
+         "1: 'kl_RayDirection' belongs to ray and prefix programs and cannot be used in a frame "
+         "program",
+         kStage_Frame},
+        {"void main() { vec2 d = kl_PixelCoord; }",
+         "1: 'kl_PixelCoord' belongs to frame, ray and prefix programs and cannot be used in a "
+         "vertex program",
+         kStage_Vertex},
         {"void setup() { kl_OutputRayCount[0] = 1; }", "1: int has no elements", kStage_Frame},
         {"void setup() { kl_OutputRayCount = 1; }", "1: cannot assign int to int[8]"},
-        {"void setup() { kl_OutputRayCount[8] = 1; }", "1: subscript 8 is outside of int[8], whose subscripts go from 0 to 7"},
-        {"void main() { accumulate(0, 1.0); }", "1: 'accumulate' belongs to frame, ray and prefix programs and cannot be called in a vertex program", kStage_Vertex},
-        {"void main() { discardRay(); }", "1: 'discardRay' belongs to prefix programs and cannot be called in a frame program", kStage_Frame},
+        {"void setup() { kl_OutputRayCount[8] = 1; }",
+         "1: subscript 8 is outside of int[8], whose subscripts go from 0 to 7"},
+        {"void main() { accumulate(0, 1.0); }",
+         "1: 'accumulate' belongs to frame, ray and prefix programs and cannot be called in a "
+         "vertex program",
+         kStage_Vertex},
+        {"void main() { discardRay(); }",
+         "1: 'discardRay' belongs to prefix programs and cannot be called in a frame program",
+         kStage_Frame},
         {"attribute vec3 a;", "1: 'a' is an attribute, which belongs to vertex programs"},
-        {"varying vec3 v; void main() { v = vec3(1); }", "1: cannot assign to 'v', which is a varying\n1: note: 'v' is declared here"},
-        {"attribute vec3 a; void main() { a = vec3(1); }", "1: cannot assign to 'a', which is an attribute\n1: note: 'a' is declared here", kStage_Vertex},
-        {"void main() { kl_RayDirection = vec3(1); }", "1: cannot assign to 'kl_RayDirection', which is a built-in variable"},
+        {"varying vec3 v; void main() { v = vec3(1); }",
+         "1: cannot assign to 'v', which is a varying\n1: note: 'v' is declared here"},
+        {"attribute vec3 a; void main() { a = vec3(1); }",
+         "1: cannot assign to 'a', which is an attribute\n1: note: 'a' is declared here",
+         kStage_Vertex},
+        {"void main() { kl_RayDirection = vec3(1); }",
+         "1: cannot assign to 'kl_RayDirection', which is a built-in variable"},
     };
     Check(cases);
 }
@@ -112,7 +130,8 @@ TEST(CompilerMessages, Operators_NameTheTypesThatTheyCannotTake) {
         {"m3 = m3 + v3;", "operator '+' cannot take mat3 and vec3"},
         {"f = f % f;", "operator '%' cannot take float and float; mod() works on floats"},
         {"i = i & f;", "operator '&' cannot take int and float"},
-        {"b = v3 < v3;", "operator '<' cannot take vec3 and vec3; lessThan() and its kin compare vectors"},
+        {"b = v3 < v3;",
+         "operator '<' cannot take vec3 and vec3; lessThan() and its kin compare vectors"},
         {"b = i && b;", "operator '&&' cannot take int and bool"},
         {"b = b ^^ f;", "operator '^^' cannot take bool and float"},
         {"b = v3 == v2;", "operator '==' cannot take vec3 and vec2"},
@@ -172,19 +191,30 @@ TEST(CompilerMessages, Targets_ThatCannotBeWritten) {
         {"(b ? f : f) = 1;", "cannot assign to a value that is not a variable or a part of one"},
         {"v3.xx = v2;", "cannot assign to a swizzle that names a component twice"},
         {"v4.xyz.yy = v2;", "cannot assign to a swizzle that names a component twice"},
-        {"modf(f, 1.0);", "cannot pass as out argument 2 a value that is not a variable or a part of one"},
-        {"normalize(v3).x = 1;", "cannot assign to a value that is not a variable or a part of one"},
+        {"modf(f, 1.0);",
+         "cannot pass as out argument 2 a value that is not a variable or a part of one"},
+        {"normalize(v3).x = 1;",
+         "cannot assign to a value that is not a variable or a part of one"},
     };
     CheckStatements(cases);
     const Case globals[] = {
-        {"uniform vec3 u;\nvoid main() { u.x = 1; }", "2: cannot assign to 'u', which is a uniform\n1: note: 'u' is declared here"},
-        {"mutable uniform float u;\nvoid main() { u++; }", "2: cannot apply '++' to 'u', which is a uniform\n1: note: 'u' is declared here"},
-        {"const vec3 c = vec3(random());\nvoid main() { c.x = 1; }", "2: cannot assign to 'c', which is a constant\n1: note: 'c' is declared here"},
-        {"const float c = 1;\nvoid main() { c = 1; }", "2: cannot assign to a value that is not a variable or a part of one"},
-        {"void main() {\nconst float c = random();\nc = 1; }", "3: cannot assign to 'c', which is a constant\n2: note: 'c' is declared here"},
-        {"void f(const float c) { c = 1; }", "1: cannot assign to 'c', which is a constant\n1: note: 'c' is declared here"},
-        {"uniformblock B { float a[1]; };\nvoid main() { B.a[0] = 1; }", "2: cannot assign to an element of uniform block 'B'"},
-        {"uniform float u;\nvoid f(inout float x);\nvoid main() { f(u); }", "3: cannot pass as inout argument 1 'u', which is a uniform\n1: note: 'u' is declared here"},
+        {"uniform vec3 u;\nvoid main() { u.x = 1; }",
+         "2: cannot assign to 'u', which is a uniform\n1: note: 'u' is declared here"},
+        {"mutable uniform float u;\nvoid main() { u++; }",
+         "2: cannot apply '++' to 'u', which is a uniform\n1: note: 'u' is declared here"},
+        {"const vec3 c = vec3(random());\nvoid main() { c.x = 1; }",
+         "2: cannot assign to 'c', which is a constant\n1: note: 'c' is declared here"},
+        {"const float c = 1;\nvoid main() { c = 1; }",
+         "2: cannot assign to a value that is not a variable or a part of one"},
+        {"void main() {\nconst float c = random();\nc = 1; }",
+         "3: cannot assign to 'c', which is a constant\n2: note: 'c' is declared here"},
+        {"void f(const float c) { c = 1; }",
+         "1: cannot assign to 'c', which is a constant\n1: note: 'c' is declared here"},
+        {"uniformblock B { float a[1]; };\nvoid main() { B.a[0] = 1; }",
+         "2: cannot assign to an element of uniform block 'B'"},
+        {"uniform float u;\nvoid f(inout float x);\nvoid main() { f(u); }",
+         "3: cannot pass as inout argument 1 'u', which is a uniform\n1: note: 'u' is declared "
+         "here"},
     };
     Check(globals);
 }
@@ -193,8 +223,10 @@ TEST(CompilerMessages, Parts_ThatAreNotThere) {
     const StatementCase cases[] = {
         {"f = v2.z;", "'z' selects nothing of vec2: it has 2 components"},
         {"f = v3.q;", "'q' selects nothing of vec3: it has 3 components"},
-        {"v2 = v3.xg;", "'xg' selects nothing of vec3: components are named by letters of xyzw, of rgba or of stpq"},
-        {"v2 = v3.foo;", "'foo' selects nothing of vec3: components are named by letters of xyzw, of rgba or of stpq"},
+        {"v2 = v3.xg;", "'xg' selects nothing of vec3: components are named by letters of xyzw, of "
+                        "rgba or of stpq"},
+        {"v2 = v3.foo;", "'foo' selects nothing of vec3: components are named by letters of xyzw, "
+                         "of rgba or of stpq"},
         {"v4 = v3.xyzxy;", "'xyzxy' selects nothing of vec3: at most 4 components can be named"},
         {"f = f.x;", "float has no member 'x'"},
         {"f = m3.x;", "mat3 has no member 'x'"},
@@ -209,41 +241,61 @@ TEST(CompilerMessages, Parts_ThatAreNotThere) {
     };
     CheckStatements(cases);
     const Case globals[] = {
-        {"struct S { float x; };\nS s;\nvoid main() { s.y = 1; }", "3: struct 'S' has no field 'y'\n1: note: 'S' is declared here"},
-        {"uniformblock B { float a[1]; };\nvoid main() { float f = B.b[0]; }", "2: uniform block 'B' has no 'b' here, only the array 'a'\n1: note: 'B' is declared here"},
-        {"uniformblock B { float a[1]; };\nvoid main() { float f = B.a; }", "2: uniform block 'B' is no value; read 'B.a[i]'"},
-        {"uniformblock B { float a[1]; };\nvoid main() { B; }", "2: uniform block 'B' is no value; read 'B.a[i]'"},
-        {"uniformblock B { float a[1]; };\nvoid main() { float f = B[0]; }", "2: uniform block 'B' is no value; read 'B.a[i]'"},
-        {"uniformblock B { float a[1]; };\nvoid main() { int n = B.a.length(); }", "2: uniform block 'B' is no value; read 'B.a[i]'"},
-        {"uniformblock B { float a[1]; };\nvoid main() { float f = sin(B.a); }", "2: uniform block 'B' is no value; read 'B.a[i]'"},
-        {"uniformblock B { float a[1]; };\nvoid main() { float f = B.a[0.5]; }", "2: a subscript must be an int, found float"},
+        {"struct S { float x; };\nS s;\nvoid main() { s.y = 1; }",
+         "3: struct 'S' has no field 'y'\n1: note: 'S' is declared here"},
+        {"uniformblock B { float a[1]; };\nvoid main() { float f = B.b[0]; }",
+         "2: uniform block 'B' has no 'b' here, only the array 'a'\n1: note: 'B' is declared here"},
+        {"uniformblock B { float a[1]; };\nvoid main() { float f = B.a; }",
+         "2: uniform block 'B' is no value; read 'B.a[i]'"},
+        {"uniformblock B { float a[1]; };\nvoid main() { B; }",
+         "2: uniform block 'B' is no value; read 'B.a[i]'"},
+        {"uniformblock B { float a[1]; };\nvoid main() { float f = B[0]; }",
+         "2: uniform block 'B' is no value; read 'B.a[i]'"},
+        {"uniformblock B { float a[1]; };\nvoid main() { int n = B.a.length(); }",
+         "2: uniform block 'B' is no value; read 'B.a[i]'"},
+        {"uniformblock B { float a[1]; };\nvoid main() { float f = sin(B.a); }",
+         "2: uniform block 'B' is no value; read 'B.a[i]'"},
+        {"uniformblock B { float a[1]; };\nvoid main() { float f = B.a[0.5]; }",
+         "2: a subscript must be an int, found float"},
     };
     Check(globals);
 }
 
 TEST(CompilerMessages, Calls_NameWhatWasPassedAndWhatIsTaken) {
     const StatementCase cases[] = {
-        {"f = dot(v2, v3);", "no function 'dot' takes (vec2, vec3); it takes (float, float), (vec2, vec2), (vec3, vec3) or (vec4, vec4)"},
+        {"f = dot(v2, v3);", "no function 'dot' takes (vec2, vec3); it takes (float, float), "
+                             "(vec2, vec2), (vec3, vec3) or (vec4, vec4)"},
         {"f = sin();", "no function 'sin' takes (); it takes (float), (vec2), (vec3) or (vec4)"},
-        {"f = sin(b);", "no function 'sin' takes (bool); it takes (float), (vec2), (vec3) or (vec4)"},
+        {"f = sin(b);",
+         "no function 'sin' takes (bool); it takes (float), (vec2), (vec3) or (vec4)"},
         {"v3 = cross(v2, v2);", "no function 'cross' takes (vec2, vec2); it takes (vec3, vec3)"},
-        {"f = min(v3, b);", "no function 'min' takes (vec3, bool); it takes (float, float), (vec2, vec2), (vec3, vec3), (vec4, vec4), (float, float), (vec2, float) and more"},
-        {"accumulate(f, v3);", "no function 'accumulate' takes (float, vec3); it takes (int, float), (int, vec3) or (int, vec4)"},
-        {"accumulate(0, v2);", "no function 'accumulate' takes (int, vec2); it takes (int, float), (int, vec3) or (int, vec4)"},
-        {"f = modf(f);", "no function 'modf' takes (float); it takes (float, out float), (vec2, out vec2), (vec3, out vec3) or (vec4, out vec4)"},
-        {"v4 = texture2D(v2, v2);", "no function 'texture2D' takes (vec2, vec2); it takes (sampler2D, vec2) or (sampler2D, vec2, float)"},
+        {"f = min(v3, b);",
+         "no function 'min' takes (vec3, bool); it takes (float, float), (vec2, vec2), (vec3, "
+         "vec3), (vec4, vec4), (float, float), (vec2, float) and more"},
+        {"accumulate(f, v3);", "no function 'accumulate' takes (float, vec3); it takes (int, "
+                               "float), (int, vec3) or (int, vec4)"},
+        {"accumulate(0, v2);", "no function 'accumulate' takes (int, vec2); it takes (int, float), "
+                               "(int, vec3) or (int, vec4)"},
+        {"f = modf(f);", "no function 'modf' takes (float); it takes (float, out float), (vec2, "
+                         "out vec2), (vec3, out vec3) or (vec4, out vec4)"},
+        {"v4 = texture2D(v2, v2);", "no function 'texture2D' takes (vec2, vec2); it takes "
+                                    "(sampler2D, vec2) or (sampler2D, vec2, float)"},
         {"main(1);", "no function 'main' takes (int)\n1: note: 'main()' is declared here"},
     };
     CheckStatements(cases);
     const Case globals[] = {
         {"void f(vec2 a);\nvoid f(int a, out float b);\nvoid main() { f(true); }",
-         "3: no function 'f' takes (bool)\n1: note: 'f(vec2)' is declared here\n2: note: 'f(int, out float)' is declared here"},
+         "3: no function 'f' takes (bool)\n1: note: 'f(vec2)' is declared here\n2: note: 'f(int, "
+         "out float)' is declared here"},
         {"void f(float a, int b);\nvoid f(int a, float b);\nvoid main() { f(1, 2); }",
-         "3: several functions 'f' can take (int, int)\n1: note: 'f(float, int)' is declared here\n2: note: 'f(int, float)' is declared here"},
+         "3: several functions 'f' can take (int, int)\n1: note: 'f(float, int)' is declared "
+         "here\n2: note: 'f(int, float)' is declared here"},
         {"void f(out float a);\nvoid main() { int i; f(i); }",
          "2: no function 'f' takes (int)\n1: note: 'f(out float)' is declared here"},
-        {"struct S { float a; int b; };\nvoid main() { S s = S(1.0); }", "2: 'S' takes 2 arguments, found 1"},
-        {"struct S { float a; int b; };\nvoid main() { S s = S(1.0, 1.0); }", "2: argument 2 of 'S' must be int, found float"},
+        {"struct S { float a; int b; };\nvoid main() { S s = S(1.0); }",
+         "2: 'S' takes 2 arguments, found 1"},
+        {"struct S { float a; int b; };\nvoid main() { S s = S(1.0, 1.0); }",
+         "2: argument 2 of 'S' must be int, found float"},
     };
     Check(globals);
 }
@@ -253,8 +305,10 @@ TEST(CompilerMessages, Constructors_CountTheirComponents) {
         {"v3 = vec3();", "'vec3' needs at least one argument"},
         {"v3 = vec3(1, 2);", "too few arguments for 'vec3', which has 3 components: (int, int)"},
         {"v3 = vec3(v2);", "too few arguments for 'vec3', which has 3 components: (vec2)"},
-        {"v3 = vec3(1, 2, 3, 4);", "too many arguments for 'vec3', which has 3 components: (int, int, int, int)"},
-        {"v3 = vec3(v3, f);", "too many arguments for 'vec3', which has 3 components: (vec3, float)"},
+        {"v3 = vec3(1, 2, 3, 4);",
+         "too many arguments for 'vec3', which has 3 components: (int, int, int, int)"},
+        {"v3 = vec3(v3, f);",
+         "too many arguments for 'vec3', which has 3 components: (vec3, float)"},
         {"f = float(1, 2);", "'float' takes one argument, found 2"},
         {"m3 = mat3(1, 2);", "too few arguments for 'mat3', which has 9 components: (int, int)"},
         {"f = float(p);", "cannot make float of primitive"},
@@ -321,8 +375,10 @@ TEST(CompilerMessages, Declarations_OfGlobals) {
         {"Foo a;", "1: type 'Foo' is not declared"},
         {"void a;", "1: only a function can be void"},
         {"float a; int a;", "1: 'a' is declared twice\n1: note: the other declaration is here"},
-        {"uniform float a; float a;", "1: 'a' is declared twice\n1: note: the other declaration is here"},
-        {"float a = 1.0; float a = 1.0;", "1: 'a' is declared twice\n1: note: the other declaration is here"},
+        {"uniform float a; float a;",
+         "1: 'a' is declared twice\n1: note: the other declaration is here"},
+        {"float a = 1.0; float a = 1.0;",
+         "1: 'a' is declared twice\n1: note: the other declaration is here"},
         {"uniform float a = 1.0;", "1: 'a' is a uniform and cannot have an initialiser"},
         {"rayattribute float a = 1.0;", "1: 'a' is a ray attribute and cannot have an initialiser"},
         {"varying float a = 1.0;", "1: 'a' is a varying and cannot have an initialiser"},
@@ -332,20 +388,30 @@ TEST(CompilerMessages, Declarations_OfGlobals) {
         {"mutable float a;", "1: the qualifiers 'mutable' don't go together"},
         {"const uniform float a;", "1: the qualifiers 'const uniform' don't go together"},
         {"uniform float f();", "1: function 'f' cannot have storage qualifiers"},
-        {"varying int a;", "1: 'a' is a varying and must be a float, a vector of floats or a matrix, found int"},
-        {"varying vec3 a[2];", "1: 'a' is a varying and must be a float, a vector of floats or a matrix, found vec3[2]"},
-        {"rayattribute sampler2D a;", "1: 'a' is a ray attribute and must be a number, a vector, a matrix or a primitive, found sampler2D"},
-        {"attribute float a[2];", "1: 'a' is an attribute and must be a number, a vector or a matrix, found float[2]", kStage_Vertex},
-        {"struct S { float a; }; uniform S s;", "1: 's' is a uniform and must be no struct, found S"},
+        {"varying int a;",
+         "1: 'a' is a varying and must be a float, a vector of floats or a matrix, found int"},
+        {"varying vec3 a[2];",
+         "1: 'a' is a varying and must be a float, a vector of floats or a matrix, found vec3[2]"},
+        {"rayattribute sampler2D a;", "1: 'a' is a ray attribute and must be a number, a vector, a "
+                                      "matrix or a primitive, found sampler2D"},
+        {"attribute float a[2];",
+         "1: 'a' is an attribute and must be a number, a vector or a matrix, found float[2]",
+         kStage_Vertex},
+        {"struct S { float a; }; uniform S s;",
+         "1: 's' is a uniform and must be no struct, found S"},
         {"struct S { };", "1: a struct needs at least one field"},
         {"struct S { float a; float a; };", "1: field 'a' is declared twice"},
-        {"struct S { float a; };\nstruct S { float b; };", "2: struct 'S' is declared twice\n1: note: the other declaration is here"},
+        {"struct S { float a; };\nstruct S { float b; };",
+         "2: struct 'S' is declared twice\n1: note: the other declaration is here"},
         {"struct S { S s; };", "1: type 'S' is not declared"},
         {"struct S { float a }", "1: expected ';' behind 'a', found '}'"},
         {"struct S { float a[]; };", "1: array 'a' needs a length"},
         {"uniformblock { float a[1]; };", "1: a uniform block needs a name"},
-        {"uniformblock B { float a; };", "1: a uniform block holds one array of a built-in type, as in 'uniformblock B { vec3 a[1]; };'"},
-        {"uniformblock B { float a[1]; float b[1]; };", "1: a uniform block holds one array of a built-in type, as in 'uniformblock B { vec3 a[1]; };'"},
+        {"uniformblock B { float a; };", "1: a uniform block holds one array of a built-in type, "
+                                         "as in 'uniformblock B { vec3 a[1]; };'"},
+        {"uniformblock B { float a[1]; float b[1]; };",
+         "1: a uniform block holds one array of a built-in type, as in 'uniformblock B { vec3 "
+         "a[1]; };'"},
         {"float a[2] = float[3](1,2,3);", "1: cannot initialise 'a' (float[2]) with float[3]"},
         {"float a[];", "1: array 'a' needs a length"},
         {"float a[n];", "1: 'n' is not declared"},
@@ -356,10 +422,15 @@ TEST(CompilerMessages, Declarations_OfGlobals) {
 
 TEST(CompilerMessages, Declarations_OfFunctions) {
     const Case cases[] = {
-        {"void f() { }\nvoid f() { }", "2: 'f()' is defined twice\n1: note: the other definition is here"},
-        {"float f(int a);\nint f(int b);", "2: 'f(int)' is declared with the return types int and float\n1: note: the other declaration is here"},
-        {"void f(int a);\nvoid f(out int a);", "2: 'f(int)' is declared with other directions of its parameters\n1: note: the other declaration is here"},
-        {"void f(int a, int a) { }", "1: 'a' is declared twice\n1: note: the other declaration is here"},
+        {"void f() { }\nvoid f() { }",
+         "2: 'f()' is defined twice\n1: note: the other definition is here"},
+        {"float f(int a);\nint f(int b);", "2: 'f(int)' is declared with the return types int and "
+                                           "float\n1: note: the other declaration is here"},
+        {"void f(int a);\nvoid f(out int a);",
+         "2: 'f(int)' is declared with other directions of its parameters\n1: note: the other "
+         "declaration is here"},
+        {"void f(int a, int a) { }",
+         "1: 'a' is declared twice\n1: note: the other declaration is here"},
         {"void f(Foo a);", "1: type 'Foo' is not declared"},
         {"void f(void a);", "1: only a function can be void"},
         {"void f(float a[]);", "1: an array that is a parameter needs a length"},
@@ -414,7 +485,8 @@ TEST(CompilerMessages, Mistakes_BeyondTheTwentiethAreLeftOut) {
 }
 
 TEST(CompilerMessages, LongAndStrangeNames_AreCutInMessages) {
-    const std::string messages = GetMessages("void main() { " + std::string(100000, 'x') + " = 1; }");
+    const std::string messages =
+        GetMessages("void main() { " + std::string(100000, 'x') + " = 1; }");
     EXPECT_LT(messages.size(), 200u);
     EXPECT_NE(messages.find("xxx...' is not declared"), std::string::npos);
 }

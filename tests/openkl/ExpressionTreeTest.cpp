@@ -119,13 +119,20 @@ TEST(ExpressionTree, Conversions_FromIntToFloatAreNodes) {
 
 TEST(ExpressionTree, Products_AreLinearAlgebraWhereMatricesMeet) {
     const Case cases[] = {
-        {"m3*m3", "(mat*mat m3 m3)"},   {"m3*v3", "(mat*vec m3 v3)"},
-        {"v3*m3", "(vec*mat v3 m3)"},   {"m3*f", "(* m3 f)"},
-        {"f*m3", "(* f m3)"},           {"v3*w3", "(* v3 w3)"},
-        {"v3*=m3", "(vec*mat= v3 m3)"}, {"m3*=m3", "(mat*mat= m3 m3)"},
-        {"m3/m3", "(/ m3 m3)"},         {"m3+f", "(+ m3 f)"},
-        {"m4*v4", "(mat*vec m4 v4)"},   {"m2*v2", "(mat*vec m2 v2)"},
-        {"-m3", "(- m3)"},              {"m3++", "(m3 ++)"},
+        {"m3*m3", "(mat*mat m3 m3)"},
+        {"m3*v3", "(mat*vec m3 v3)"},
+        {"v3*m3", "(vec*mat v3 m3)"},
+        {"m3*f", "(* m3 f)"},
+        {"f*m3", "(* f m3)"},
+        {"v3*w3", "(* v3 w3)"},
+        {"v3*=m3", "(vec*mat= v3 m3)"},
+        {"m3*=m3", "(mat*mat= m3 m3)"},
+        {"m3/m3", "(/ m3 m3)"},
+        {"m3+f", "(+ m3 f)"},
+        {"m4*v4", "(mat*vec m4 v4)"},
+        {"m2*v2", "(mat*vec m2 v2)"},
+        {"-m3", "(- m3)"},
+        {"m3++", "(m3 ++)"},
         {"m3*i3", "(mat*vec m3 vec3(i3))"},
     };
     Check(cases);
@@ -339,12 +346,14 @@ TEST(ExpressionTree, OperandsThatWereLeftOut_DoNothing) {
 }
 
 TEST(ExpressionTree, Names_OfVariablesAndFunctionsDoNotMeet) {
-    EXPECT_EQ(PrintExpression("length(length)", "vec3 length = vec3(random());"), "(length length)");
+    EXPECT_EQ(PrintExpression("length(length)", "vec3 length = vec3(random());"),
+              "(length length)");
     EXPECT_EQ(PrintExpression("normalized + sample", "float normalized, sample;"),
               "(+ normalized sample)");
-    EXPECT_EQ(PrintExpression("varying = uniform",
-                              "float varying, uniform, attribute, transformed, mutable, precision;"),
-              "(= varying uniform)");
+    EXPECT_EQ(
+        PrintExpression("varying = uniform",
+                        "float varying, uniform, attribute, transformed, mutable, precision;"),
+        "(= varying uniform)");
     EXPECT_EQ(PrintExpression("highp + discard", "highp float highp; int discard;"),
               "(+ highp float(discard))");
     EXPECT_EQ(PrintExpression("x", "float x; { int x = int(x); x = 1; }"), "x");

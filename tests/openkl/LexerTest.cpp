@@ -1,5 +1,5 @@
-#include "compiler/Diagnostics.h"
 #include "compiler/Lexer.h"
+#include "compiler/Diagnostics.h"
 
 #include <gtest/gtest.h>
 
@@ -44,7 +44,8 @@ TEST(Lexer, Texts_AreCutIntoTheLongestTokens) {
         {" \t\r\v\f\n", "end"},
         {"a b_1 _c Void", "name a|name b_1|name _c|name Void|end"},
         {"vec3 vec5 int inty", "vec3|name vec5|int|name inty|end"},
-        {"uniform varying normalized attribute", "name uniform|name varying|name normalized|name attribute|end"},
+        {"uniform varying normalized attribute",
+         "name uniform|name varying|name normalized|name attribute|end"},
         {"a+++b", "name a|++|+|name b|end"},
         {"a- -b", "name a|-|-|name b|end"},
         {"- -x", "-|-|name x|end"},
@@ -96,7 +97,8 @@ TEST(Lexer, Numbers_HaveTheValueOfTheirSpelling) {
         {"1..2", "float 1.000000|float 0.200000|end"},
         {"1e999", "float inf|end"},
         {"1e-999", "float 0.000000|end"},
-        {"340282346638528859811704183484516925440.0", "float 340282346638528859811704183484516925440.000000|end"},
+        {"340282346638528859811704183484516925440.0",
+         "float 340282346638528859811704183484516925440.000000|end"},
     };
     for (const Case& c : cases) {
         EXPECT_EQ(Cut(c.text), c.expected) << c.text;

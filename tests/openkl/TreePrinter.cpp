@@ -42,9 +42,9 @@ std::string PrintArguments(std::span<const Expression* const> arguments) {
 }
 
 const char* GetSpelling(BinaryOperator operation) {
-    static constexpr const char* kSpellings[] = {"+",  "-",  "*",  "/", "%", "mat*mat", "mat*vec",
-                                                 "vec*mat", "<<", ">>", "&", "^", "|", "<", "<=",
-                                                 ">",  ">=", "==", "!=", "&&", "^^", "||"};
+    static constexpr const char* kSpellings[] = {
+        "+", "-", "*", "/",  "%", "mat*mat", "mat*vec", "vec*mat", "<<", ">>", "&",
+        "^", "|", "<", "<=", ">", ">=",      "==",      "!=",      "&&", "^^", "||"};
     return kSpellings[operation];
 }
 
@@ -93,8 +93,8 @@ std::string PrintIf(const IfStatement& statement) {
     for (const IfBranch& branch : statement.branches) {
         text += " " + PrintTree(*branch.condition) + " " + PrintTree(*branch.body);
     }
-    return text + (statement.otherwise != nullptr ? " else " + PrintTree(*statement.otherwise) : "") +
-           ")";
+    return text +
+           (statement.otherwise != nullptr ? " else " + PrintTree(*statement.otherwise) : "") + ")";
 }
 
 std::string PrintLoop(const LoopStatement& loop) {

@@ -98,10 +98,10 @@ const Expression* AccessChecker::_BuiltinVariable(const Token& name) {
     }
     if (!IsAvailable(builtin, _context.stage)) {
         if (_context.symbols.MarkUnknown(name.text)) {
-            _context.diagnostics.Error(
-                name.line, Quote(name.text) + " belongs to " + GetStages(builtin) +
-                               " programs and cannot be used in a " +
-                               std::string(StageToString(_context.stage)) + " program");
+            _context.diagnostics.Error(name.line,
+                                       Quote(name.text) + " belongs to " + GetStages(builtin) +
+                                           " programs and cannot be used in a " +
+                                           std::string(StageToString(_context.stage)) + " program");
         }
         return nullptr;
     }
@@ -137,8 +137,8 @@ const Expression* AccessChecker::Member(const Expression* object, const Token& n
     if (object->type.IsVector()) {
         return _Swizzle(object, name);
     }
-    _context.diagnostics.Error(name.line, object->type.ToString() + " has no member " +
-                                              Quote(name.text));
+    _context.diagnostics.Error(name.line,
+                               object->type.ToString() + " has no member " + Quote(name.text));
     return nullptr;
 }
 
@@ -146,8 +146,8 @@ const Expression* AccessChecker::_Field(const Expression* object, const Token& n
     const StructType& structure = *object->type.structure;
     const int field = structure.FindField(name.text);
     if (field < 0) {
-        _context.diagnostics.Error(name.line, "struct " + Quote(structure.name) +
-                                                  " has no field " + Quote(name.text));
+        _context.diagnostics.Error(name.line, "struct " + Quote(structure.name) + " has no field " +
+                                                  Quote(name.text));
         _context.diagnostics.Note(structure.line, Quote(structure.name) + " is declared here");
         return nullptr;
     }
@@ -189,8 +189,8 @@ const Expression* AccessChecker::Index(const Expression* object, const Expressio
         return nullptr;
     }
     if (index->type != kInt) {
-        _context.diagnostics.Error(index->line, "a subscript must be an int, found " +
-                                                    index->type.ToString());
+        _context.diagnostics.Error(index->line,
+                                   "a subscript must be an int, found " + index->type.ToString());
         return nullptr;
     }
     if (Variable* block = FindBlock(object)) {
@@ -217,10 +217,9 @@ bool AccessChecker::_CheckIndex(const Expression* index, int count, const Type& 
     if (value >= 0 && value < count) {
         return true;
     }
-    _context.diagnostics.Error(index->line, "subscript " + std::to_string(value) +
-                                                " is outside of " + type.ToString() +
-                                                ", whose subscripts go from 0 to " +
-                                                std::to_string(count - 1));
+    _context.diagnostics.Error(
+        index->line, "subscript " + std::to_string(value) + " is outside of " + type.ToString() +
+                         ", whose subscripts go from 0 to " + std::to_string(count - 1));
     return false;
 }
 
@@ -247,10 +246,10 @@ const Expression* AccessChecker::Complete(const Expression* operand) {
     if (block == nullptr) {
         return operand;
     }
-    _context.diagnostics.Error(operand->line,
-                               "uniform block " + Quote(block->name) + " is no value; read " +
-                                   Quote(std::string(block->name) + "." +
-                                         std::string(block->blockMember) + "[i]"));
+    _context.diagnostics.Error(
+        operand->line,
+        "uniform block " + Quote(block->name) + " is no value; read " +
+            Quote(std::string(block->name) + "." + std::string(block->blockMember) + "[i]"));
     return nullptr;
 }
 
@@ -261,7 +260,8 @@ bool AccessChecker::Write(const Expression* target, bool readsToo, std::string_v
         for (std::size_t i = 0; i < swizzle.type.rows; ++i) {
             for (std::size_t j = 0; j < i; ++j) {
                 if (swizzle.components[i] == swizzle.components[j]) {
-                    return _RefuseWrite(target->line, action, "a swizzle that names a component twice");
+                    return _RefuseWrite(target->line, action,
+                                        "a swizzle that names a component twice");
                 }
             }
         }
@@ -317,7 +317,8 @@ bool AccessChecker::_CheckWritable(const Variable& variable, int line, std::stri
     if (isWritable) {
         return true;
     }
-    const std::string_view kind = variable.isConst ? "a constant" : StorageToString(variable.storage);
+    const std::string_view kind =
+        variable.isConst ? "a constant" : StorageToString(variable.storage);
     _RefuseWrite(line, action, Quote(variable.name) + ", which is " + std::string(kind));
     if (variable.line > 0) {
         _context.diagnostics.Note(variable.line, Quote(variable.name) + " is declared here");

@@ -11,7 +11,9 @@ namespace {
 
 using StageMask = std::uint8_t;
 
-constexpr StageMask MaskOf(Stage stage) { return static_cast<StageMask>(1 << stage); }
+constexpr StageMask MaskOf(Stage stage) {
+    return static_cast<StageMask>(1 << stage);
+}
 constexpr StageMask kRay = MaskOf(kStage_Ray);
 constexpr StageMask kVertex = MaskOf(kStage_Vertex);
 constexpr StageMask kFrame = MaskOf(kStage_Frame);
@@ -231,8 +233,7 @@ private:
         Entry& entry = _byName[BuiltinFunctionToString(function)];
         // The elements of the inner vectors stay where they are when the outer one grows.
         entry.parameters.push_back(std::move(parameters));
-        entry.signatures.push_back(
-            {function, ReadType(text[0], size), entry.parameters.back()});
+        entry.signatures.push_back({function, ReadType(text[0], size), entry.parameters.back()});
     }
 
     std::unordered_map<std::string_view, Entry> _byName;
@@ -320,9 +321,9 @@ bool IsAvailable(BuiltinVariable variable, Stage stage) {
 
 bool IsUnsupportedTextureFunction(std::string_view name) {
     static constexpr std::string_view kNames[] = {
-        "texture",       "texture3D",     "textureCube",    "texture2DLod", "texture3DLod",
-        "textureCubeLod", "texture2DProj", "texture3DProj",  "textureLod",   "textureGrad",
-        "texelFetch",    "texture1D",     "texture2DGrad",  "shadow2D"};
+        "texture",        "texture3D",     "textureCube",   "texture2DLod", "texture3DLod",
+        "textureCubeLod", "texture2DProj", "texture3DProj", "textureLod",   "textureGrad",
+        "texelFetch",     "texture1D",     "texture2DGrad", "shadow2D"};
     return std::find(std::begin(kNames), std::end(kNames), name) != std::end(kNames);
 }
 
@@ -346,7 +347,9 @@ bool IsWritable(BuiltinVariable variable) {
     return variable == kVariable_OutputRayCount || variable == kVariable_Position;
 }
 
-std::string GetStages(BuiltinFunction function) { return ListStages(GetStageMask(function)); }
+std::string GetStages(BuiltinFunction function) {
+    return ListStages(GetStageMask(function));
+}
 
 std::string GetStages(BuiltinVariable variable) {
     return ListStages(GetInfo(variable, kStage_Ray).stages);

@@ -46,7 +46,7 @@ enum BuiltinVariable : std::uint8_t {
 #define TOLEN_OPENKL_ENUMERATOR(name, text) kVariable_##name,
     TOLEN_OPENKL_BUILTIN_VARIABLES(TOLEN_OPENKL_ENUMERATOR)
 #undef TOLEN_OPENKL_ENUMERATOR
-    kVariable_Count,
+        kVariable_Count,
     kVariable_None = kVariable_Count,
 };
 
@@ -119,10 +119,10 @@ enum BuiltinVariable : std::uint8_t {
     X(Any, "any")                                                                                  \
     X(All, "all")                                                                                  \
     X(Not, "not")                                                                                  \
-    X(Texture2D, "texture2D")     /* sampler2D, vec2[, float bias] -> vec4 */                      \
-    X(TextureSize, "textureSize") /* sampler2D[, int level] -> ivec2 */                            \
-    X(SpawnRay, "spawnRay") /* vec3, vec3[, float[, int[, primitive]]] */                          \
-    X(Accumulate, "accumulate") /* int, float|vec3|vec4 */                                         \
+    X(Texture2D, "texture2D")         /* sampler2D, vec2[, float bias] -> vec4 */                  \
+    X(TextureSize, "textureSize")     /* sampler2D[, int level] -> ivec2 */                        \
+    X(SpawnRay, "spawnRay")           /* vec3, vec3[, float[, int[, primitive]]] */                \
+    X(Accumulate, "accumulate")       /* int, float|vec3|vec4 */                                   \
     X(Occluded, "occluded")           /* vec3, vec3, float -> bool */                              \
     X(TraceDistance, "traceDistance") /* vec3, vec3, float -> float */                             \
     X(Random, "random")                                                                            \
@@ -133,7 +133,7 @@ enum BuiltinFunction : std::uint8_t {
 #define TOLEN_OPENKL_ENUMERATOR(name, text) kFunction_##name,
     TOLEN_OPENKL_BUILTIN_FUNCTIONS(TOLEN_OPENKL_ENUMERATOR)
 #undef TOLEN_OPENKL_ENUMERATOR
-    kFunction_Count,
+        kFunction_Count,
 };
 
 std::string_view BuiltinVariableToString(BuiltinVariable variable);

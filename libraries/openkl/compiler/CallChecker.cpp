@@ -175,8 +175,7 @@ const Expression* CallChecker::Construct(const Type& type, int line, Arguments a
         return nullptr;
     }
     if (arguments.empty()) {
-        _context.diagnostics.Error(line, Quote(type.ToString()) +
-                                             " needs at least one argument");
+        _context.diagnostics.Error(line, Quote(type.ToString()) + " needs at least one argument");
         return nullptr;
     }
     for (const Expression* argument : arguments) {
@@ -235,17 +234,16 @@ const Expression* CallChecker::_ConstructComponents(const Type& type, int line,
     if (values.size() == 1 && values[0]->type == type) {
         return values[0];
     }
-    const ConstructForm form = isResize           ? kConstruct_Resize
-                               : !isSingleScalar  ? kConstruct_Components
+    const ConstructForm form = isResize          ? kConstruct_Resize
+                               : !isSingleScalar ? kConstruct_Components
                                : type.IsMatrix() ? kConstruct_Diagonal
-                                                  : kConstruct_Splat;
+                                                 : kConstruct_Splat;
     return _context.nodes.MakeConstruct(type, line, form, values);
 }
 
-const Expression* CallChecker::_ConstructMembers(const Type& type, int line,
-                                                 Arguments arguments) {
-    const std::size_t needed = type.IsArray() ? static_cast<std::size_t>(type.arrayLength)
-                                              : type.structure->fields.size();
+const Expression* CallChecker::_ConstructMembers(const Type& type, int line, Arguments arguments) {
+    const std::size_t needed =
+        type.IsArray() ? static_cast<std::size_t>(type.arrayLength) : type.structure->fields.size();
     if (arguments.size() != needed) {
         _context.diagnostics.Error(line, Quote(type.ToString()) + " takes " +
                                              std::to_string(needed) + " arguments, found " +

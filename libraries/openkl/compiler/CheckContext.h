@@ -36,7 +36,7 @@ struct CheckContext {
     Diagnostics diagnostics;
     SymbolTable symbols;
     NodeFactory nodes;
-    BodyRecord* body = nullptr; ///< of the code that is read now
+    BodyRecord* body = nullptr;                        ///< of the code that is read now
     std::array<Variable*, kVariable_Count> builtins{}; ///< those that the text uses
 };
 

@@ -80,8 +80,7 @@ bool DeclarationParser::ParseArrayPart(Type& type, std::string_view name) {
                 parsed.value->kind == kExpression_Literal && parsed.value->type == kInt;
             if (!isConstant) {
                 _context.diagnostics.Error(line, "the length of an array must be a constant int");
-            } else if (const std::int32_t value =
-                           parsed.value->As<LiteralExpression>().values[0].i;
+            } else if (const std::int32_t value = parsed.value->As<LiteralExpression>().values[0].i;
                        value < 1) {
                 _context.diagnostics.Error(line, "the length of an array must be above 0, found " +
                                                      std::to_string(value));
@@ -107,15 +106,15 @@ bool DeclarationParser::ParseArrayPart(Type& type, std::string_view name) {
 bool DeclarationParser::CheckSize(const Type& type, std::string_view name, int line) {
     Type element = type;
     element.arrayLength = 0;
-    const std::int64_t scalars = static_cast<std::int64_t>(element.CountScalars()) *
-                                 (type.IsArray() ? type.arrayLength : 1);
+    const std::int64_t scalars =
+        static_cast<std::int64_t>(element.CountScalars()) * (type.IsArray() ? type.arrayLength : 1);
     if (scalars <= kMaxScalarsInVariable) {
         return true;
     }
-    _context.diagnostics.Error(
-        line, (name.empty() ? std::string("an array") : Quote(name)) + " of type " +
-                  type.ToString() + " holds " + std::to_string(scalars) +
-                  " scalars; the limit is " + std::to_string(kMaxScalarsInVariable));
+    _context.diagnostics.Error(line, (name.empty() ? std::string("an array") : Quote(name)) +
+                                         " of type " + type.ToString() + " holds " +
+                                         std::to_string(scalars) + " scalars; the limit is " +
+                                         std::to_string(kMaxScalarsInVariable));
     return false;
 }
 
@@ -247,9 +246,8 @@ ParsedExpression DeclarationParser::ParseCondition(const Statement*& declaration
         return {true, nullptr};
     }
     variable->isWritten = true;
-    return {true, _context.nodes.MakeAssign(name.line,
-                                            _context.nodes.MakeVariable(name.line, variable),
-                                            initializer)};
+    return {true, _context.nodes.MakeAssign(
+                      name.line, _context.nodes.MakeVariable(name.line, variable), initializer)};
 }
 
 } // namespace Tolen::OpenKL

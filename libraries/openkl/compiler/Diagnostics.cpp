@@ -31,13 +31,20 @@ void Diagnostics::Error(int line, std::string text) {
     }
 }
 
+void Diagnostics::FinalError(int line, std::string text) {
+    Error(line, std::move(text));
+    _isClosed = true;
+}
+
 void Diagnostics::Note(int line, std::string text) {
     if (!_wasLastDropped && !_errors.empty()) {
         _errors.back().notes.push_back({line, std::move(text), {}});
     }
 }
 
-bool Diagnostics::IsFull() const { return _errors.size() >= kMaxMessages; }
+bool Diagnostics::IsFull() const {
+    return _isClosed || _errors.size() >= kMaxMessages;
+}
 
 std::string Diagnostics::ToString() const {
     std::vector<const Message*> sorted;

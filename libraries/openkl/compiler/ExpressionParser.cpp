@@ -113,7 +113,9 @@ bool IsPrefixOperator(TokenKind kind) {
 
 } // namespace
 
-bool IsTypeKeyword(TokenKind kind) { return kind >= kToken_Void && kind <= kToken_Primitive; }
+bool IsTypeKeyword(TokenKind kind) {
+    return kind >= kToken_Void && kind <= kToken_Primitive;
+}
 
 Type GetKeywordType(TokenKind kind) {
     switch (kind) {
@@ -245,10 +247,10 @@ ExpressionParser::Step ExpressionParser::_ReadConstructor() {
         type.arrayLength = -1;
         if (!_tokens.Is(kToken_RightBracket)) {
             const Token& length = _tokens.Peek();
-            const Expression* value =
-                length.kind == kToken_IntConstant ? _context.nodes.MakeInt(length.line, length.value.i)
-                : length.kind == kToken_Identifier ? _access.Name(length)
-                                                   : nullptr;
+            const Expression* value = length.kind == kToken_IntConstant
+                                          ? _context.nodes.MakeInt(length.line, length.value.i)
+                                      : length.kind == kToken_Identifier ? _access.Name(length)
+                                                                         : nullptr;
             if (value == nullptr || value->kind != kExpression_Literal || value->type != kInt ||
                 value->As<LiteralExpression>().values[0].i < 1) {
                 return _Report("a constant length above 0");
@@ -431,8 +433,7 @@ ExpressionParser::Step ExpressionParser::_ReadSemicolonInBraces() {
         return kStep_Operand;
     }
     _frames.pop_back();
-    _operands.back() =
-        _operators.Comma(line, _operands.back(), _context.nodes.MakeNothing(line));
+    _operands.back() = _operators.Comma(line, _operands.back(), _context.nodes.MakeNothing(line));
     return kStep_Operator;
 }
 
@@ -481,8 +482,7 @@ void ExpressionParser::_ReduceTop() {
         if (kind == kToken_Plus) {
             _operands.push_back(_operators.Plus(line, last));
         } else if (kind == kToken_PlusPlus || kind == kToken_MinusMinus) {
-            _operands.push_back(
-                _operators.Increment(line, last, kind == kToken_MinusMinus, true));
+            _operands.push_back(_operators.Increment(line, last, kind == kToken_MinusMinus, true));
         } else {
             const UnaryOperator operation = kind == kToken_Minus         ? kUnary_Negate
                                             : kind == kToken_Exclamation ? kUnary_LogicalNot

@@ -54,11 +54,11 @@ private:
     /// Something that waits for operands.
     struct Frame {
         FrameKind kind;
-        int precedence;             ///< of operators
-        Token token;                ///< the operator, the opening token or the function's name
-        BinaryOperator operation;   ///< of binary operators and compound assignments
-        Type type;                  ///< of constructors
-        std::size_t firstArgument;  ///< of calls and constructors, in `_operands`
+        int precedence;            ///< of operators
+        Token token;               ///< the operator, the opening token or the function's name
+        BinaryOperator operation;  ///< of binary operators and compound assignments
+        Type type;                 ///< of constructors
+        std::size_t firstArgument; ///< of calls and constructors, in `_operands`
     };
 
     enum Step { kStep_Operand, kStep_Operator, kStep_Done, kStep_Fail };

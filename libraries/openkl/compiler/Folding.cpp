@@ -7,9 +7,13 @@ namespace Tolen::OpenKL {
 
 namespace {
 
-bool IsTrusted(float value) { return value == 0.0f || std::isnormal(value); }
+bool IsTrusted(float value) {
+    return value == 0.0f || std::isnormal(value);
+}
 
-std::int32_t Wrap(std::uint32_t value) { return static_cast<std::int32_t>(value); }
+std::int32_t Wrap(std::uint32_t value) {
+    return static_cast<std::int32_t>(value);
+}
 
 std::optional<ScalarValue> MakeFloat(float value) {
     if (!IsTrusted(value)) {

@@ -26,9 +26,9 @@ int GetStructDepth(const Type& type) {
 }
 
 bool HaveSameParameterTypes(const Function& function, std::span<Variable* const> parameters) {
-    return std::equal(
-        function.parameters.begin(), function.parameters.end(), parameters.begin(),
-        parameters.end(), [](const Variable* a, const Variable* b) { return a->type == b->type; });
+    return std::equal(function.parameters.begin(), function.parameters.end(), parameters.begin(),
+                      parameters.end(),
+                      [](const Variable* a, const Variable* b) { return a->type == b->type; });
 }
 
 bool HaveSameDirections(const Function& function, std::span<Variable* const> parameters) {
@@ -108,11 +108,11 @@ bool GlobalParser::_ParseQualifiers(Qualifiers& qualifiers) {
         std::string_view text;
         unsigned word;
     } kWords[] = {
-        {"const", kWord_Const},         {"static", kWord_Static},
-        {"uniform", kWord_Uniform},     {"mutable", kWord_Mutable},
-        {"attribute", kWord_Attribute}, {"varying", kWord_Varying},
+        {"const", kWord_Const},           {"static", kWord_Static},
+        {"uniform", kWord_Uniform},       {"mutable", kWord_Mutable},
+        {"attribute", kWord_Attribute},   {"varying", kWord_Varying},
         {"normalized", kWord_Normalized}, {"transformed", kWord_Transformed},
-        {"invariant", kWord_Invariant}, {"rayattribute", kWord_RayAttribute},
+        {"invariant", kWord_Invariant},   {"rayattribute", kWord_RayAttribute},
     };
     // Every good combination; `static` beside a qualifier adds nothing.
     static constexpr struct {
@@ -183,8 +183,8 @@ bool GlobalParser::_ParseFields(std::vector<StructField>& fields) {
         }
         do {
             if (!_tokens.Is(kToken_Identifier)) {
-                _context.diagnostics.Error(_tokens.Peek().line, "expected a name, found " +
-                                                                    Describe(_tokens.Peek()));
+                _context.diagnostics.Error(_tokens.Peek().line,
+                                           "expected a name, found " + Describe(_tokens.Peek()));
                 return false;
             }
             const Token& name = _tokens.Take();
@@ -235,10 +235,9 @@ bool GlobalParser::_ParseStruct(const Qualifiers& qualifiers) {
                                              std::to_string(kMaxScalarsInVariable));
     }
     if (depth >= kMaxStructDepth) {
-        _context.diagnostics.Error(line, "struct " + Quote(structure->name) +
-                                             " passes the limit of " +
-                                             std::to_string(kMaxStructDepth) +
-                                             " structs inside of one another");
+        _context.diagnostics.Error(
+            line, "struct " + Quote(structure->name) + " passes the limit of " +
+                      std::to_string(kMaxStructDepth) + " structs inside of one another");
         return true; // it stays unknown, so that the next one is no deeper
     }
     structure->fields = _context.arena.Copy(fields);
@@ -320,8 +319,8 @@ bool GlobalParser::_ParseVariable(const Qualifiers& qualifiers, const Type& type
         _context.diagnostics.Error(name.line, "array " + Quote(name.text) + " needs a length");
         variable->type = kVoid;
     }
-    const bool isLiteral = variable->initializer != nullptr &&
-                           variable->initializer->kind == kExpression_Literal;
+    const bool isLiteral =
+        variable->initializer != nullptr && variable->initializer->kind == kExpression_Literal;
     if (variable->storage == kStorage_Const && isLiteral) {
         variable->constant = &variable->initializer->As<LiteralExpression>();
     }
@@ -416,8 +415,8 @@ bool GlobalParser::_ParseFunction(const Qualifiers& qualifiers, const Type& retu
         return false;
     }
     const bool isDefinition = _tokens.Is(kToken_LeftBrace);
-    Function* function = _DeclareFunction(name, returnType, _context.arena.Copy(parameters),
-                                          isDefinition);
+    Function* function =
+        _DeclareFunction(name, returnType, _context.arena.Copy(parameters), isDefinition);
     if (!isDefinition) {
         return _tokens.ExpectSemicolon();
     }
@@ -492,8 +491,7 @@ bool GlobalParser::_ParseParameter(std::vector<Variable*>& parameters) {
 }
 
 Function* GlobalParser::_DeclareFunction(const Token& name, const Type& returnType,
-                                         std::span<Variable* const> parameters,
-                                         bool isDefinition) {
+                                         std::span<Variable* const> parameters, bool isDefinition) {
     Function* function = nullptr;
     for (Function* known : _context.symbols.FindFunctions(name.text)) {
         if (HaveSameParameterTypes(*known, parameters)) {
@@ -538,8 +536,7 @@ void GlobalParser::_CheckEntry(const Function& function) {
     const bool isEntry = function.name == "main" || function.name == "setup";
     if (isEntry && (!function.parameters.empty() || !function.returnType.IsVoid())) {
         _context.diagnostics.Error(function.line, Quote(function.name) + " must be 'void " +
-                                                      std::string(function.name) +
-                                                      "()', found '" +
+                                                      std::string(function.name) + "()', found '" +
                                                       function.returnType.ToString() + " " +
                                                       function.GetSignature() + "'");
     }

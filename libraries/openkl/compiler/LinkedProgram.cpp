@@ -60,9 +60,8 @@ private:
         }
         const Stage stage = shading[0]->shader->stage;
         const auto refuse = [&](const LinkInput& other) {
-            _messages.Error(Quote(shading[0]->name) + " is a " +
-                            std::string(StageToString(stage)) + " shader and " +
-                            Quote(other.name) + " a " +
+            _messages.Error(Quote(shading[0]->name) + " is a " + std::string(StageToString(stage)) +
+                            " shader and " + Quote(other.name) + " a " +
                             std::string(StageToString(other.shader->stage)) +
                             " shader, which don't go together");
             return false;
@@ -214,9 +213,8 @@ int LinkedProgram::GetAttributeLocation(std::string_view attributeName) const {
     return FindByName(attributeLocations, attributeName);
 }
 
-std::shared_ptr<const LinkedProgram> LinkProgram(std::string_view name,
-                                                 std::span<const LinkInput> texts,
-                                                 std::string& messages) {
+std::shared_ptr<const LinkedProgram>
+LinkProgram(std::string_view name, std::span<const LinkInput> texts, std::string& messages) {
     messages.clear();
     auto program = std::make_shared<LinkedProgram>();
     program->name = name;

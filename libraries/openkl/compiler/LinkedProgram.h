@@ -112,8 +112,7 @@ struct LinkInput {
 /// @param messages set to one line for every error, joined by newlines, which names the program,
 ///                 the texts and their lines; empty on success
 /// @return null when there are errors
-std::shared_ptr<const LinkedProgram> LinkProgram(std::string_view name,
-                                                 std::span<const LinkInput> texts,
-                                                 std::string& messages);
+std::shared_ptr<const LinkedProgram>
+LinkProgram(std::string_view name, std::span<const LinkInput> texts, std::string& messages);
 
 } // namespace Tolen::OpenKL

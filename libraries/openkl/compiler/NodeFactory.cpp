@@ -197,12 +197,10 @@ const Expression* NodeFactory::MakeCall(int line, Function* function,
                    GetHeight(arguments) + 1);
 }
 
-const Expression* NodeFactory::MakeBuiltinCall(const Type& type, int line,
-                                               BuiltinFunction function,
+const Expression* NodeFactory::MakeBuiltinCall(const Type& type, int line, BuiltinFunction function,
                                                std::span<const Expression* const> arguments) {
-    return _Finish(
-        _arena.New<BuiltinCallExpression>(type, line, function, _arena.Copy(arguments)),
-        GetHeight(arguments) + 1);
+    return _Finish(_arena.New<BuiltinCallExpression>(type, line, function, _arena.Copy(arguments)),
+                   GetHeight(arguments) + 1);
 }
 
 const Expression* NodeFactory::MakeImplicitConvert(const Expression* operand, BaseType to) {
@@ -229,8 +227,9 @@ const Expression* NodeFactory::_MakeConvert(const Expression* operand, BaseType 
 
 const Expression* NodeFactory::MakeConstruct(const Type& type, int line, ConstructForm form,
                                              std::span<const Expression* const> arguments) {
-    const bool isConstant = std::all_of(arguments.begin(), arguments.end(),
-                                        [](const Expression* e) { return AsLiteral(e) != nullptr; });
+    const bool isConstant =
+        std::all_of(arguments.begin(), arguments.end(),
+                    [](const Expression* e) { return AsLiteral(e) != nullptr; });
     if (isConstant && form != kConstruct_Members) {
         if (const auto values = FoldConstruct(type, form, arguments)) {
             return _MakeLiteral(type, line, *values);

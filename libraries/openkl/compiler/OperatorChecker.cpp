@@ -14,8 +14,12 @@ struct Rule {
     BaseType operands; ///< to which both sides are converted
 };
 
-bool IsNumeric(const Type& type) { return type.IsNumericOrBool() && type.base != kBase_Bool; }
-bool IsInteger(const Type& type) { return IsNumeric(type) && type.base == kBase_Int; }
+bool IsNumeric(const Type& type) {
+    return type.IsNumericOrBool() && type.base != kBase_Bool;
+}
+bool IsInteger(const Type& type) {
+    return IsNumeric(type) && type.base == kBase_Int;
+}
 bool HaveSameShape(const Type& a, const Type& b) {
     return a.columns == b.columns && a.rows == b.rows;
 }
@@ -51,8 +55,7 @@ std::optional<Rule> MultiplyRule(const Type& left, const Type& right) {
     return std::nullopt;
 }
 
-std::optional<Rule> ArithmeticRule(BinaryOperator operation, const Type& left,
-                                   const Type& right) {
+std::optional<Rule> ArithmeticRule(BinaryOperator operation, const Type& left, const Type& right) {
     if (!IsNumeric(left) || !IsNumeric(right)) {
         return std::nullopt;
     }
@@ -157,8 +160,8 @@ const Expression* OperatorChecker::Unary(UnaryOperator operation, std::string_vi
                       : operation == kUnary_LogicalNot ? type == kBool
                                                        : IsInteger(type);
     if (!fits) {
-        _context.diagnostics.Error(line, "operator " + Quote(text) + " cannot take " +
-                                             type.ToString());
+        _context.diagnostics.Error(line,
+                                   "operator " + Quote(text) + " cannot take " + type.ToString());
         return nullptr;
     }
     return _context.nodes.MakeUnary(line, operation, operand);
@@ -192,19 +195,17 @@ const Expression* OperatorChecker::Increment(int line, const Expression* target,
     return _context.nodes.MakeIncrement(line, target, isDecrement, isPrefix);
 }
 
-const Expression* OperatorChecker::Binary(BinaryOperator operation, std::string_view text,
-                                          int line, const Expression* left,
-                                          const Expression* right) {
+const Expression* OperatorChecker::Binary(BinaryOperator operation, std::string_view text, int line,
+                                          const Expression* left, const Expression* right) {
     if (left == nullptr || right == nullptr) {
         return nullptr;
     }
     const auto rule = FindRule(operation, left->type, right->type);
     if (!rule) {
-        _context.diagnostics.Error(line, "operator " + Quote(text) + " cannot take " +
-                                             left->type.ToString() + " and " +
-                                             right->type.ToString() +
-                                             std::string(FindHint(operation, left->type,
-                                                                  right->type)));
+        _context.diagnostics.Error(line,
+                                   "operator " + Quote(text) + " cannot take " +
+                                       left->type.ToString() + " and " + right->type.ToString() +
+                                       std::string(FindHint(operation, left->type, right->type)));
         return nullptr;
     }
     left = _context.nodes.MakeImplicitConvert(left, rule->operands);
@@ -249,9 +250,9 @@ const Expression* OperatorChecker::CompoundAssign(BinaryOperator operation, std:
         return nullptr;
     }
     value = _context.nodes.MakeImplicitConvert(value, rule->operands);
-    return value == nullptr ? nullptr
-                            : _context.nodes.MakeCompoundAssign(line, target, rule->operation,
-                                                                value);
+    return value == nullptr
+               ? nullptr
+               : _context.nodes.MakeCompoundAssign(line, target, rule->operation, value);
 }
 
 const Expression* OperatorChecker::Conditional(int line, const Expression* condition,
@@ -265,9 +266,9 @@ const Expression* OperatorChecker::Conditional(int line, const Expression* condi
     }
     if (!IsConvertible(whenTrue->type, whenFalse->type) &&
         !IsConvertible(whenFalse->type, whenTrue->type)) {
-        _context.diagnostics.Error(line, "the two sides of ':' differ: " +
-                                             whenTrue->type.ToString() + " and " +
-                                             whenFalse->type.ToString());
+        _context.diagnostics.Error(line,
+                                   "the two sides of ':' differ: " + whenTrue->type.ToString() +
+                                       " and " + whenFalse->type.ToString());
         return nullptr;
     }
     const BaseType base = whenTrue->type.base == kBase_Float ? kBase_Float : whenFalse->type.base;

@@ -33,8 +33,8 @@ public:
     /// @param text with its "=", such as "+="
     const Expression* CompoundAssign(BinaryOperator operation, std::string_view text, int line,
                                      const Expression* target, const Expression* value);
-    const Expression* Conditional(int line, const Expression* condition,
-                                  const Expression* whenTrue, const Expression* whenFalse);
+    const Expression* Conditional(int line, const Expression* condition, const Expression* whenTrue,
+                                  const Expression* whenFalse);
     const Expression* Comma(int line, const Expression* left, const Expression* right);
 
 private:

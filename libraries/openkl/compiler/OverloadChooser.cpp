@@ -25,8 +25,7 @@ void OverloadChooser::Offer(std::size_t candidate, std::span<const ParameterShap
         if (from == parameters[i].type) {
             continue;
         }
-        if (parameters[i].direction != kDirection_In ||
-            !IsConvertible(from, parameters[i].type)) {
+        if (parameters[i].direction != kDirection_In || !IsConvertible(from, parameters[i].type)) {
             return;
         }
         fit.conversions.set(i);

@@ -38,11 +38,10 @@ bool AreSameLiterals(const Expression* a, const Expression* b) {
     if (a->kind != kExpression_Literal || b->kind != kExpression_Literal) {
         return false;
     }
-    return std::equal(a->As<LiteralExpression>().values.begin(),
-                      a->As<LiteralExpression>().values.end(),
-                      b->As<LiteralExpression>().values.begin(),
-                      b->As<LiteralExpression>().values.end(),
-                      [](ScalarValue x, ScalarValue y) { return x.i == y.i; });
+    return std::equal(
+        a->As<LiteralExpression>().values.begin(), a->As<LiteralExpression>().values.end(),
+        b->As<LiteralExpression>().values.begin(), b->As<LiteralExpression>().values.end(),
+        [](ScalarValue x, ScalarValue y) { return x.i == y.i; });
 }
 
 } // namespace
@@ -139,8 +138,8 @@ void StageLinker::_CollectFunction(const LinkInput& text, const Function& functi
         _messages.Error("function '" + entry.first->returnType.ToString() + " " +
                         entry.first->GetSignature() + "' of " +
                         Locate(*entry.firstText, entry.first->line) + " is '" +
-                        function.returnType.ToString() + " " + function.GetSignature() +
-                        "' in " + Locate(text, function.line));
+                        function.returnType.ToString() + " " + function.GetSignature() + "' in " +
+                        Locate(text, function.line));
         return;
     }
     if (function.body == nullptr) {

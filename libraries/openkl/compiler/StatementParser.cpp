@@ -16,7 +16,9 @@ const BlockStatement* StatementParser::ParseBody() {
     return _ParseBlock();
 }
 
-const Statement* StatementParser::_MakeEmpty(int line) { return _MakeBlock(line, {}); }
+const Statement* StatementParser::_MakeEmpty(int line) {
+    return _MakeBlock(line, {});
+}
 
 const Statement* StatementParser::_MakeBlock(int line,
                                              std::initializer_list<const Statement*> statements) {
@@ -45,9 +47,9 @@ const BlockStatement* StatementParser::_ParseBlock() {
 
 const Statement* StatementParser::_ParseStatement() {
     if (_depth == kMaxNesting) {
-        _context.diagnostics.Error(_tokens.Peek().line, "statements nest deeper than the limit of " +
-                                                            std::to_string(kMaxNesting) +
-                                                            " levels");
+        _context.diagnostics.FinalError(_tokens.Peek().line,
+                                        "statements nest deeper than the limit of " +
+                                            std::to_string(kMaxNesting) + " levels");
         _tokens.GoToEnd();
         return nullptr;
     }
@@ -110,9 +112,8 @@ const Statement* StatementParser::_ParseExpressionStatement() {
     if (!parsed.isWellFormed || !_tokens.ExpectSemicolon()) {
         return nullptr;
     }
-    return parsed.value == nullptr
-               ? _MakeEmpty(line)
-               : _context.arena.New<ExpressionStatement>(line, parsed.value);
+    return parsed.value == nullptr ? _MakeEmpty(line)
+                                   : _context.arena.New<ExpressionStatement>(line, parsed.value);
 }
 
 /// Reports statements that other languages have here.
@@ -318,13 +319,12 @@ const Statement* StatementParser::_ParseReturn() {
         return _MakeEmpty(line);
     }
     if (!IsConvertible(parsed.value->type, function.returnType)) {
-        _context.diagnostics.Error(line, "cannot return " + parsed.value->type.ToString() +
-                                             ": " + Quote(function.name) + " returns " +
+        _context.diagnostics.Error(line, "cannot return " + parsed.value->type.ToString() + ": " +
+                                             Quote(function.name) + " returns " +
                                              function.returnType.ToString());
         return _MakeEmpty(line);
     }
-    const Expression* value =
-        _expressions.GetAccess().Convert(parsed.value, function.returnType);
+    const Expression* value = _expressions.GetAccess().Convert(parsed.value, function.returnType);
     // A value of type void is a call that runs ahead of returning.
     if (function.returnType.IsVoid()) {
         return _MakeBlock(line, {_context.arena.New<ExpressionStatement>(line, value),

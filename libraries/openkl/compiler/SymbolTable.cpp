@@ -2,7 +2,9 @@
 
 namespace Tolen::OpenKL {
 
-void SymbolTable::PushScope() { _scopes.push_back(_hidden.size()); }
+void SymbolTable::PushScope() {
+    _scopes.push_back(_hidden.size());
+}
 
 void SymbolTable::PopScope() {
     while (_hidden.size() > _scopes.back()) {

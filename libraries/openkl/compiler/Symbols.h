@@ -33,9 +33,9 @@ enum Storage : std::uint8_t {
 /// What happens to a varying between the vertex and the ray stage.
 enum VaryingKind : std::uint8_t {
     kVarying_Plain,
-    kVarying_Normalized,           ///< normalised after interpolation
-    kVarying_Transformed,          ///< carried by the transform of the primitive
-    kVarying_TransformedInvariant, ///< carried by the transform of the primitive
+    kVarying_Normalized,            ///< normalised after interpolation
+    kVarying_Transformed,           ///< carried by the transform of the primitive
+    kVarying_TransformedInvariant,  ///< carried by the transform of the primitive
     kVarying_TransformedNormalized, ///< carried by the inverse transpose, then normalised
 };
 

@@ -13,7 +13,9 @@ const Token& TokenStream::Peek(std::size_t ahead) const {
     return _tokens[std::min(_at + ahead, _tokens.size() - 1)];
 }
 
-const Token& TokenStream::GetPrevious() const { return _tokens[_at == 0 ? 0 : _at - 1]; }
+const Token& TokenStream::GetPrevious() const {
+    return _tokens[_at == 0 ? 0 : _at - 1];
+}
 
 bool TokenStream::IsWord(std::string_view word) const {
     return Is(kToken_Identifier) && Peek().text == word;
@@ -49,8 +51,8 @@ bool TokenStream::ExpectSemicolon() {
         return true;
     }
     const Token& previous = GetPrevious();
-    _diagnostics.Error(previous.line, "expected ';' behind " + Describe(previous) + ", found " +
-                                          Describe(Peek()));
+    _diagnostics.Error(previous.line,
+                       "expected ';' behind " + Describe(previous) + ", found " + Describe(Peek()));
     return Peek().line > previous.line;
 }
 

@@ -44,9 +44,7 @@ struct Type {
     bool IsPrimitive() const { return base == kBase_Primitive && !IsArray(); }
     bool IsHandle() const { return IsSampler() || IsPrimitive(); }
     /// A scalar, vector or matrix.
-    bool IsNumericOrBool() const {
-        return base >= kBase_Float && base <= kBase_Bool && !IsArray();
-    }
+    bool IsNumericOrBool() const { return base >= kBase_Float && base <= kBase_Bool && !IsArray(); }
 
     /// The type that a subscript gives: of an array its element, of a matrix its column, of a
     /// vector its component.
@@ -84,7 +82,9 @@ struct StructType {
 };
 
 inline constexpr Type kVoid{};
-constexpr Type MakeScalar(BaseType base) { return {.base = base}; }
+constexpr Type MakeScalar(BaseType base) {
+    return {.base = base};
+}
 /// @param rows 1 for a scalar
 constexpr Type MakeVector(BaseType base, int rows) {
     return {.base = base, .rows = static_cast<std::uint8_t>(rows)};

@@ -44,14 +44,13 @@ bool AccessBuffer::SetLength(int length) {
     return true;
 }
 
-bool AccessBuffer::_ReplaceReference(Subscript* subscript, TIParentSyntax<Expression>* slot) {
-    if (!_IsReference(subscript->GetArray())) {
-        return true;
+bool AccessBuffer::_ReplaceReference(Subscript* subscript, TIParentSyntax<Expression>*) {
+    if (_IsReference(subscript->GetArray())) {
+        // In place, so that indices that are elements themselves are neither copied nor walked anew.
+        Module* const module = subscript->GetModule();
+        subscript->SetArray(module->CreateFieldSelection(MakeVariable(module, _GetNameMangled()),
+                                                         module->CreateString(kMember)));
     }
-    Module* const module = subscript->GetModule();
-    FieldSelection* const member = module->CreateFieldSelection(
-        MakeVariable(module, _GetNameMangled()), module->CreateString(kMember));
-    ReplaceVisited(slot, module->CreateSubscript(member, subscript->GetIndex()->Clone(module)));
     return true;
 }
 

@@ -1,11 +1,9 @@
 #pragma once
 
-#include "FunctionIndex.h"
-
 #include <map>
 #include <memory>
-#include <set>
 #include <string>
+#include <unordered_map>
 
 namespace Tolen {
 class Result;
@@ -14,6 +12,7 @@ class Result;
 namespace Tolen::Effects {
 
 class ClassDefinition;
+class FunctionIndex;
 class IMgrEffects;
 class InterfaceDefinition;
 class IPrototypeInterface;
@@ -63,27 +62,24 @@ public:
     IMgrEffects* GetMgrEffects() const { return _pMgrEffects; }
     /// The functions outside of classes by name, indexed at the first call. The library must have
     /// a tree.
-    const FunctionIndex& GetFunctionIndex() {
-        if (_pFunctionIndex == nullptr) {
-            _pFunctionIndex = std::make_unique<FunctionIndex>(_pModule.get());
-        }
-        return *_pFunctionIndex;
-    }
+    const FunctionIndex& GetFunctionIndex();
 
 protected:
     IPrototypeInterface* _CreatePrototypeInterface(InterfaceDefinition* definition);
     PrototypeShader* _CreatePrototypeShader(ClassDefinition* definition, Result* result);
 
 private:
+    /// Destroys the prototype of a class, if there is one.
+    void _Forget(const std::string& name);
+
     IMgrEffects* _pMgrEffects = nullptr; ///< borrowed
     std::unique_ptr<Module> _pModule;
+    std::unordered_map<std::string, ClassDefinition*> _classes; ///< the tree's, by name
     std::string _name;
     std::map<std::string, std::unique_ptr<PrototypeInterface>> _prototypeInterfaces;
     std::map<std::string, std::unique_ptr<PrototypeShader>> _prototypeShaders;
-    std::set<std::string> _initializing; ///< classes whose prototype is just being made
-    std::set<std::string> _creating;     ///< classes of which a shader is just being made
     std::unique_ptr<FunctionIndex> _pFunctionIndex; ///< null until it is needed
-    bool _isClosing = false;
+    bool _isClosing = false; ///< from ShutdownPrototypeShaders to the end of Shutdown
 };
 
 } // namespace Tolen::Effects

@@ -7,17 +7,19 @@
 
 #include "TolenCore/ListenerSet.h"
 
-#include <iosfwd>
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Tolen::Effects {
 
-class Definitions;
 class IFactoryEffect;
 class Library;
+class PrototypeRequests;
+struct DirectiveLine;
+struct PreprocessorState;
 
 /// What stands behind MgrEffects. The library's own code reaches it by GetImplementation where the
 /// client's interface isn't enough.
@@ -94,17 +96,20 @@ public:
     /// @return false when one did
     bool VisitLibraries(const FastDelegate1<Library*, bool>& visit) const;
 
+    /// The classes that are just being loaded, in any library.
+    PrototypeRequests* GetPrototypeRequests() { return _requests.get(); }
+
 protected:
     /// Reads a file through the assets of the process.
     /// @param path the full path of what was read
     /// @return false, told on the console, when it can't be read; false also for an empty file
     bool _ReadFile(const std::string& file, std::string& path, std::string& text);
-    /// Adds the library of a file, with @p definitions in force at its start and as the file leaves
-    /// them at its end.
-    bool _AddLibrary(const std::string& file, Definitions& definitions, Result* result);
+    /// Adds the library of a file, with the definitions in force that @p state brings, and leaves
+    /// there those in force at its end.
+    bool _AddLibrary(const std::string& file, PreprocessorState& state, Result* result);
     /// Runs the directives of one file's text and appends what it stands for to @p output.
     bool _StreamAndProcessFile(const std::string& path, const std::string& text,
-                               std::string& output, Definitions& definitions, Result* result);
+                               std::string& output, PreprocessorState& state, Result* result);
 
     bool _OnAddOutput(TypeSpecifier type, const std::string& name);
     bool _OnRemoveOutput(const std::string& name);
@@ -116,7 +121,26 @@ private:
     };
     using Visit = FastDelegate2<TypeSpecifier, const std::string&, bool>;
 
+    /// One file while it is preprocessed.
+    struct SourceFile;
+
     static bool _VisitVariables(const std::vector<Variable>& variables, Visit& visit);
+    static bool _VisitEffects(IFactoryEffect* factory, FastDelegate1<IEffect*, bool>& visit);
+    static void _DestroyEffect(IFactoryEffect* factory, IEffect* effect);
+    bool _UpdateEffects(IFactoryEffect* factory, Result* result);
+    /// The console of Init, or one that says nothing.
+    IMgrConsole& _Console() const;
+
+    void _ProcessLine(SourceFile& file, std::string_view line);
+    void _ProcessDirective(SourceFile& file, const DirectiveLine& line);
+    void _ProcessInclude(SourceFile& file, const DirectiveLine& line);
+    void _ProcessImport(SourceFile& file, const DirectiveLine& line);
+    void _ProcessDefine(SourceFile& file, const DirectiveLine& line);
+    void _ProcessText(SourceFile& file, std::string_view line);
+    void _Write(SourceFile& file, std::string_view line);
+    bool _CanOpen(SourceFile& file);
+    void _ReportLimit(SourceFile& file, const std::string& limit);
+    void _ReportLimitExpandedSource(SourceFile& file);
 
     IMgrEffects* _pMgrEffects = nullptr;       ///< what shaders and effects are given; borrowed
     IMgrConsole* _pConsole = nullptr;          ///< borrowed
@@ -129,13 +153,15 @@ private:
     std::unique_ptr<IFactoryEffect> _factoryRenderer;
     std::unique_ptr<IFactoryEffect> _factoryPrefix;
     std::map<std::string, std::unique_ptr<Library>> _libraries;
+    std::unique_ptr<PrototypeRequests> _requests;
     MgrOutputs _outputs;
     ListenerSet<FastDelegate2<TypeSpecifier, const std::string&, bool>> _listenersAddOutput;
     ListenerSet<FastDelegate1<const std::string&, bool>> _listenersRemoveOutput;
     ListenerSet<FastDelegate0<bool>> _listenersChangeOutputIndices;
     MgrKeys<int> _keys;
-    Result* _pResult = nullptr; ///< borrowed
-    long long _lineAdjustment = 0;
+    Result* _pResult = nullptr;    ///< borrowed
+    long long _lineAdjustment = 0; ///< what to add to the lines of the text that is parsed next
+    bool _isShuttingDown = false;
 };
 
 } // namespace Tolen::Effects

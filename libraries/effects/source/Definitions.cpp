@@ -98,6 +98,9 @@ void Definitions::EraseFirst(const std::string& name) {
 }
 
 bool Definitions::Substitute(std::string& line, std::size_t maxBytes) const {
+    if (_pairs.empty()) {
+        return line.size() <= maxBytes;
+    }
     Pairs::const_iterator pair = _FindNewest(line, _next);
     for (int lookups = 1; pair != _pairs.end(); ++lookups) {
         if (!pair->second.name.empty() &&

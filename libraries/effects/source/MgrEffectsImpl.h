@@ -92,6 +92,10 @@ public:
     IOpenKLContext* GetOpenKLContext() const override;
     Profiler* GetProfiler() const override;
 
+    /// What is added to the line numbers of the text that is parsed next: 1 for each #include of
+    /// the file that is being read, less the lines that it brought.
+    long long GetLineAdjustment() const { return _lineAdjustment; }
+
     /// Calls @p visit for every library by name, up to the first that answers false.
     /// @return false when one did
     bool VisitLibraries(const FastDelegate1<Library*, bool>& visit) const;
@@ -159,8 +163,8 @@ private:
     ListenerSet<FastDelegate1<const std::string&, bool>> _listenersRemoveOutput;
     ListenerSet<FastDelegate0<bool>> _listenersChangeOutputIndices;
     MgrKeys<int> _keys;
-    Result* _pResult = nullptr;    ///< borrowed
-    long long _lineAdjustment = 0; ///< what to add to the lines of the text that is parsed next
+    Result* _pResult = nullptr; ///< borrowed
+    long long _lineAdjustment = 0;
     bool _isShuttingDown = false;
 };
 

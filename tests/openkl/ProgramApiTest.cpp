@@ -216,10 +216,5 @@ TEST(ProgramApi, Names_AreKept) {
     EXPECT_EQ("a primitive", primitive->GetName());
 }
 
-TEST(ProgramApi, CreateShader_OfAnUnknownType_AnswersNull) {
-    RenderFixture scene;
-    EXPECT_EQ(nullptr, scene.pContext->CreateShader(static_cast<IKLShader::Type>(4)));
-}
-
 } // namespace
 } // namespace Tolen::OpenKL

@@ -104,6 +104,7 @@ std::unique_ptr<const Kernel> Kernel::Compile(const LinkedProgram& program, Kern
         code.options = options;
         code.isFrame = linked->stage == kStage_Frame;
         code.isVertex = linked->stage == kStage_Vertex;
+        code.isPrefix = linked->stage == kStage_Prefix;
         code.zeros.resize(
             static_cast<std::size_t>(std::max(code.layout.uniformWords, code.layout.stateWords)));
         EntryCompiler compiler(program, *linked, code.layout, globalWords);

@@ -22,6 +22,7 @@ public:
     KernelUnit main;
     bool isFrame = false;
     bool isVertex = false;
+    bool isPrefix = false;
     std::vector<std::uint32_t> zeros; ///< what primitives without uniforms or state read
 };
 

@@ -139,6 +139,16 @@ private:
     std::int32_t _rayLimits[8] = {};
 };
 
+/// Gives a batch @p count rows of zeros to write.
+unsigned char* MakeRows(RecordBuffer<std::uint32_t>& rows, std::size_t count) {
+    const std::size_t words = count * static_cast<std::size_t>(kMaxLanes);
+    rows.Clear();
+    std::uint32_t* const pRows = rows.Reserve(words);
+    std::fill_n(pRows, words, 0u);
+    rows.Append(words);
+    return reinterpret_cast<unsigned char*>(pRows);
+}
+
 void Clear(BatchOutput& output) {
     output.accumulates.Clear();
     output.rays.Clear();
@@ -199,12 +209,11 @@ void Kernel::Run(const BatchInput& input, BatchOutput& output, KernelScratch& sc
     Clear(output);
     unsigned char* pOutputRows = nullptr;
     if (_pCode->isVertex) {
-        auto rows = static_cast<std::size_t>(_pCode->layout.varyingWords) + 4;
-        output.vertexRows.Clear();
-        pOutputRows = reinterpret_cast<unsigned char*>(
-            output.vertexRows.Reserve(rows * static_cast<std::size_t>(kMaxLanes)));
-        std::memset(pOutputRows, 0, rows * kMaxLanes * sizeof(std::uint32_t));
-        output.vertexRows.Append(rows * static_cast<std::size_t>(kMaxLanes));
+        pOutputRows = MakeRows(output.vertexRows,
+                               static_cast<std::size_t>(_pCode->layout.varyingWords) + 4);
+    } else if (_pCode->isPrefix) {
+        pOutputRows = MakeRows(output.passedAttributes,
+                               static_cast<std::size_t>(_pCode->layout.rayAttributeWords));
     }
     BatchRun run(*_pCode, _pCode->main, scratch._pMemory->instructionSet, input, output);
     run.Run(*scratch._pMemory, nullptr, pOutputRows);

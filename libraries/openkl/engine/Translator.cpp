@@ -36,6 +36,8 @@ TranslationResult Translator::Translate(Entry entry) {
         _StoreState();
     } else if (_stage.stage == kStage_Vertex) {
         _StoreOutputs();
+    } else if (_stage.stage == kStage_Prefix) {
+        _PassRayAttributes();
     }
     return _result;
 }
@@ -388,6 +390,14 @@ Values Translator::_GetRayAttributes() {
         }
     }
     return words;
+}
+
+/// Hands the ray attributes on to the program that runs next on the ray.
+void Translator::_PassRayAttributes() {
+    const Values words = _GetRayAttributes();
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        _builder.Store(IrKind::StoreOutput, static_cast<std::uint32_t>(i), words[i]);
+    }
 }
 
 // Functions with effects or services.

@@ -50,6 +50,7 @@ private:
     Values _LoadLanes(std::initializer_list<LaneInput> inputs, Entry entry);
     void _StoreState();
     void _StoreOutputs();
+    void _PassRayAttributes();
     Values _GetRayAttributes();
     /// Storage for a new variable of the open region, without a first value.
     WordStore _MakeStore(const Type& type, bool isDynamic);

@@ -28,7 +28,7 @@ private:
     __extension__ typedef __int128 Steps;
     static constexpr int kFractionBits = 56;
     static constexpr int kMagnitudeBits = 44;
-    static constexpr Steps kBound = Steps{1} << 126;
+    static constexpr Steps kBound = (Steps{1} << 126) - 1;
 
     static Steps _ToSteps(float value) {
         constexpr float most = static_cast<float>(std::int64_t{1} << kMagnitudeBits);
@@ -48,7 +48,7 @@ private:
     }
 
     void _AddSteps(Steps steps) {
-        // Both are within 2^126, so that their sum fits before it is held at the bound.
+        // Both are below 2^126, so that their sum fits before it is held at the bound.
         const Steps sum = _steps + steps;
         _steps = sum > kBound ? kBound : sum < -kBound ? -kBound : sum;
     }

@@ -23,7 +23,7 @@ public:
 private:
     float _Warp(float uniform) const;
 
-    static constexpr int kSteps = 256;
+    static constexpr int kSteps = 1024;
     bool _isFiltered;
     std::array<float, kSteps + 1> _offsets{}; ///< by the share of the filter that lies below
 };

@@ -82,12 +82,7 @@ Context::~Context() {
 
 bool Context::IsUsable() const { return _pRenderer->IsUsable(); }
 
-IKLShader* Context::CreateShader(IKLShader::Type type) {
-    const bool isKnown = type == IKLShader::kType_Ray || type == IKLShader::kType_Vertex ||
-                         type == IKLShader::kType_Frame || type == IKLShader::kType_PrefixRay;
-    return isKnown ? Make(_shaders, *this, type) : nullptr;
-}
-
+IKLShader* Context::CreateShader(IKLShader::Type type) { return Make(_shaders, *this, type); }
 void Context::DestroyShader(IKLShader* shader) { _shaders.Remove(shader); }
 IKLProgram* Context::CreateProgram() { return Make(_programs, *this); }
 void Context::DestroyProgram(IKLProgram* program) { _programs.Remove(program); }

@@ -110,7 +110,8 @@ private:
     Visitor* _pVisitor; ///< borrowed
 };
 
-/// The walk that may replace what it visits.
+/// The walk that may replace what it visits. Its steps are few frames deep, since they are on the
+/// stack once for each level of the tree.
 class ReplaceWalk {
 public:
     template <class Node>
@@ -132,7 +133,7 @@ public:
         }
         const typename TParentSyntaxDelegate<T>::Setter bound(parent, setter);
         TParentSyntaxDelegate<T> slot(parent, _pSlot, &bound);
-        return _VisitThrough(child, &slot);
+        return child->AcceptVisitor(_pVisitor, &slot) && _ApplyPending(&slot);
     }
 
     /// Visits a child of a narrower type than Expression.
@@ -142,7 +143,7 @@ public:
             return true;
         }
         ParentExpressionPolicy<Policy> slot(parent, _pSlot);
-        return _VisitThrough<Expression>(child, &slot);
+        return child->AcceptVisitor(_pVisitor, &slot) && _ApplyPending<Expression>(&slot);
     }
 
     /// Visits a child that stays.
@@ -160,7 +161,7 @@ public:
                 continue;
             }
             TParentSyntaxVectorElement<T> slot(&position);
-            if (!_VisitThrough(*position, &slot)) {
+            if (!(*position)->AcceptVisitor(_pVisitor, &slot) || !_ApplyPending(&slot)) {
                 return false;
             }
         }
@@ -177,7 +178,9 @@ public:
             reached = &links.emplace_back(node, reached, &BinaryOperator::SetLeft).slot;
         }
         auto& last = links.back();
-        if (last.node->GetLeft() != nullptr && !_VisitThrough(last.node->GetLeft(), &last.slot)) {
+        if (Expression* left = last.node->GetLeft();
+            left != nullptr &&
+            (!left->AcceptVisitor(_pVisitor, &last.slot) || !_ApplyPending(&last.slot))) {
             return false;
         }
         while (true) {
@@ -210,7 +213,9 @@ public:
             reached = &links.emplace_back(node, reached, &SelectionStatement::SetElse).slot;
         }
         auto& last = links.back();
-        if (last.node->GetElse() != nullptr && !_VisitThrough(last.node->GetElse(), &last.slot)) {
+        if (Statement* otherwise = last.node->GetElse();
+            otherwise != nullptr &&
+            (!otherwise->AcceptVisitor(_pVisitor, &last.slot) || !_ApplyPending(&last.slot))) {
             return false;
         }
         for (links.pop_back(); !links.empty(); links.pop_back()) {
@@ -233,12 +238,6 @@ private:
         typename TParentSyntaxDelegate<Family>::Setter setter;
         TParentSyntaxDelegate<Family> slot;
     };
-
-    /// Visits @p child, then whatever takes its place.
-    template <class T>
-    bool _VisitThrough(T* child, TIParentSyntax<T>* slot) const {
-        return child->AcceptVisitor(_pVisitor, slot) && _ApplyPending(slot);
-    }
 
     /// Puts pending replacements in place and visits them, as long as there are any.
     template <class T>

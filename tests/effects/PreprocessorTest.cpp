@@ -2,6 +2,8 @@
 
 #include "TolenEffects/Limits.h"
 
+#include "SmallStack.h"
+
 #include "support/CapturedChecks.h"
 #include "support/CapturedConsole.h"
 #include "support/RecordingContext.h"
@@ -57,11 +59,12 @@ protected:
         }
         return _preprocessor.texts.empty() ? "(none)" : _preprocessor.texts.back().source;
     }
+    void _TestNesting();
     long long _GetLineAdjustment() const { return _preprocessor.texts.back().lineAdjustment; }
 
-    Tests::CapturedConsole _console;
-    Tests::ScopedAssets _assets;
-    Tests::RecordingContext _context;
+    Tolen::Tests::CapturedConsole _console;
+    Tolen::Tests::ScopedAssets _assets;
+    Tolen::Tests::RecordingContext _context;
     Preprocessor _preprocessor;
     Result _result;
 };
@@ -285,7 +288,7 @@ TEST_F(PreprocessorTest, ARejectedLibrary_FailsWithItsAnswer) {
 }
 
 TEST_F(PreprocessorTest, WithoutAssets_ACheckFails) {
-    Tests::CapturedChecks checks;
+    Tolen::Tests::CapturedChecks checks;
     IMgrAssets* const previous = SetMgrAssets(nullptr);
     EXPECT_FALSE(_preprocessor.AddLibrary("main.ksl", nullptr));
     SetMgrAssets(previous);
@@ -299,6 +302,10 @@ TEST_F(PreprocessorTest, NoAsset_IsKept) {
 }
 
 TEST_F(PreprocessorTest, Nesting_WorksUpToItsLimitAndIsToldBeyond) {
+    Tests::OnSmallStack([this] { _TestNesting(); });
+}
+
+void PreprocessorTest::_TestNesting() {
     for (const char* directive : {"include", "import"}) {
         for (int i = 0; i < kLimitIncludeDepth; ++i) {
             _assets.Add(Format("%d.ksl", i), Format("#%s \"%d.ksl\"\n", directive, i + 1));

@@ -151,6 +151,15 @@ TEST(RenderLimits, RaysInFlight_AreHeldToTheLimit) {
         << messages;
 }
 
+TEST(RenderLimits, AccumulatesOfABatch_AreHeldToTheLimit) {
+    RenderFixture scene;
+    scene.MakeFrame("void main() { for (int i = 0; i < 20000; i++) accumulate(15, 1.0); }");
+    const std::string messages = scene.RenderMessages(16, 16);
+    EXPECT_EQ(256 * 20000 - 4194304, scene.pContext->GetStatistics().accumulatesDropped);
+    EXPECT_NE(std::string::npos, messages.find("dropped at the limit of 4194304 in one batch"))
+        << messages;
+}
+
 TEST(RenderLimits, RaysThatAreNone_AreDroppedAndReported) {
     RenderFixture scene;
     IPrimitive* const frame = scene.MakeFrame(R"(

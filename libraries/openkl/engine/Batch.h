@@ -10,6 +10,9 @@ namespace Tolen::OpenKL {
 /// The most invocations of one batch.
 inline constexpr int kMaxLanes = 256;
 
+/// The most values, and the most rays, that one batch gives; what comes after is counted alone.
+inline constexpr std::size_t kMaxBatchRecords = std::size_t{1} << 22;
+
 /// The values that differ between the invocations of a batch, one row of 32-bit words for each.
 /// Booleans are 0 or 1.
 enum LaneInput {
@@ -73,6 +76,7 @@ struct PrimitiveBinding {
 
 /// Rays of the lanes of a batch that shading code asks about at once.
 struct RayQuery {
+    int firstLane; ///< lane of the batch that the first of these is
     int laneCount;
     const std::uint32_t* pMask; ///< lanes with 0 ask nothing
     const float* pOrigin[3];

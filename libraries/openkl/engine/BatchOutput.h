@@ -81,6 +81,10 @@ public:
     /// Rays above kl_OutputRayCount that were not spawned.
     std::uint64_t droppedRays = 0;
 
+    /// Values and rays above kMaxBatchRecords.
+    std::uint64_t surplusAccumulates = 0;
+    std::uint64_t surplusRays = 0;
+
     /// Invocations that ended at the limit of loop steps; what they had given before stays.
     std::uint32_t stoppedInvocations = 0;
     /// Where the first of them was, when there is one.

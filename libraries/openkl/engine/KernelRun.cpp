@@ -95,6 +95,8 @@ private:
         std::size_t rays = _output.rays.GetCount();
         std::size_t attributes = _output.rayAttributes.GetCount();
         std::uint64_t droppedRays = _output.droppedRays;
+        std::uint64_t surplusRays = _output.surplusRays;
+        std::uint64_t surplusAccumulates = _output.surplusAccumulates;
         _Prepare(state, memory);
         _executor(state);
         if (!state.mustCountLanes) {
@@ -104,6 +106,8 @@ private:
         _output.rays.Truncate(rays);
         _output.rayAttributes.Truncate(attributes);
         _output.droppedRays = droppedRays;
+        _output.surplusRays = surplusRays;
+        _output.surplusAccumulates = surplusAccumulates;
         std::fill_n(_output.discarded + state.firstLane, state.laneCount, 0u);
         _output.hasDiscarded = std::count(_output.discarded, _output.discarded + kMaxLanes, 1u) > 0;
         memory.laneSteps.assign(kMaxLanes, 0);
@@ -158,6 +162,8 @@ void Clear(BatchOutput& output) {
         output.hasDiscarded = false;
     }
     output.droppedRays = 0;
+    output.surplusRays = 0;
+    output.surplusAccumulates = 0;
     output.stoppedInvocations = 0;
     output.stoppedText = 0;
     output.stoppedLine = 0;

@@ -96,12 +96,13 @@ void GetTextureSizes(ExecutionState& state, const CallFrame& frame) {
 struct QueryRows {
     float values[7][kMaxLanes];
 
-    QueryRows(const CallFrame& frame, RayQuery& query) {
+    QueryRows(const CallFrame& frame, int firstLane, RayQuery& query) {
         for (std::uint32_t i = 0; i < 7; ++i) {
             for (int lane = 0; lane < frame.GetLaneCount(); ++lane) {
                 values[i][lane] = frame.GetFloat(i, lane);
             }
         }
+        query.firstLane = firstLane;
         query.laneCount = frame.GetLaneCount();
         query.pMask = frame.GetMask();
         for (std::size_t i = 0; i < 3; ++i) {
@@ -114,7 +115,7 @@ struct QueryRows {
 
 void FindOcclusion(ExecutionState& state, const CallFrame& frame) {
     RayQuery query;
-    QueryRows rows(frame, query);
+    QueryRows rows(frame, state.firstLane, query);
     std::uint32_t occluded[kMaxLanes] = {};
     if (state.pInput->pRayQueries != nullptr) {
         state.pInput->pRayQueries->FindOcclusion(query, occluded);
@@ -126,7 +127,7 @@ void FindOcclusion(ExecutionState& state, const CallFrame& frame) {
 
 void FindDistances(ExecutionState& state, const CallFrame& frame) {
     RayQuery query;
-    QueryRows rows(frame, query);
+    QueryRows rows(frame, state.firstLane, query);
     float distances[kMaxLanes];
     std::fill(std::begin(distances), std::end(distances), -1.0f);
     if (state.pInput->pRayQueries != nullptr) {
@@ -168,6 +169,10 @@ void SpawnRays(ExecutionState& state, const CallFrame& frame) {
             ++output.droppedRays;
             continue;
         }
+        if (output.rays.GetCount() >= kMaxBatchRecords) {
+            ++output.surplusRays;
+            continue;
+        }
         SpawnedRay ray;
         for (std::uint32_t i = 0; i < 3; ++i) {
             ray.origin[i] = frame.GetFloat(i, lane);
@@ -198,6 +203,10 @@ void Accumulate(ExecutionState& state, const CallFrame& frame) {
     for (int lane = 0; lane < frame.GetLaneCount(); ++lane) {
         std::uint32_t attachment = frame.GetWord(0, lane);
         if (pMask[lane] == 0 || attachment > 15) {
+            continue;
+        }
+        if (state.pOutput->accumulates.GetCount() + count >= kMaxBatchRecords) {
+            ++state.pOutput->surplusAccumulates;
             continue;
         }
         AccumulateRecord& record = pRecords[count++];

@@ -1,5 +1,6 @@
 #include "render/Reports.h"
 
+#include "engine/Batch.h"
 #include "render/RenderPlan.h"
 #include "scene/Primitive.h"
 #include "scene/Program.h"
@@ -33,6 +34,9 @@ std::string Describe(Problem problem, const Limits& limits, std::int64_t count) 
                       static_cast<long long>(limits.loopSteps));
     case kProblem_Value:
         return Format("%lld accumulated components were NaN or infinite and count as 0", number);
+    case kProblem_Accumulates:
+        return Format("%lld accumulated values dropped at the limit of %zu in one batch", number,
+                      kMaxBatchRecords);
     case kProblem_Count:
         break;
     }
@@ -51,6 +55,8 @@ std::int64_t& GetCounter(Statistics& statistics, Problem problem) {
         return statistics.raysDroppedAsInvalid;
     case kProblem_LoopSteps:
         return statistics.loopsStopped;
+    case kProblem_Accumulates:
+        return statistics.accumulatesDropped;
     case kProblem_Value:
     case kProblem_Count:
         break;
@@ -98,8 +104,8 @@ void Reports::AddTo(Statistics& statistics) const {
     statistics.distanceRays += counters.distanceRays;
     statistics.hits += counters.hits;
     statistics.misses += counters.misses;
-    for (const Problem problem : {kProblem_Depth, kProblem_RayCount, kProblem_RayMemory,
-                                  kProblem_InvalidRay, kProblem_LoopSteps, kProblem_Value}) {
+    for (int i = 0; i < kProblem_Count; ++i) {
+        const auto problem = static_cast<Problem>(i);
         Statistics copy = counters;
         GetCounter(statistics, problem) += GetCounter(copy, problem);
     }

@@ -25,6 +25,7 @@ enum Problem {
     kProblem_InvalidRay,
     kProblem_LoopSteps,
     kProblem_Value,
+    kProblem_Accumulates,
     kProblem_Count,
 };
 

@@ -101,7 +101,7 @@ private:
             if (_hasSurface) {
                 float position[3];
                 float normal[3];
-                _wavefront._rows.GetSurface(lane, position, normal);
+                _wavefront._rows.GetSurface(query.firstLane + lane, position, normal);
                 LeaveSurface(position, normal, direction, origin);
             }
             ++counter;
@@ -283,6 +283,14 @@ void Wavefront::_Finish(const PlanPrimitive& primitive, const Parents& parents) 
     if (output.droppedRays != 0) {
         _reports.Count(kProblem_RayCount, primitive,
                        static_cast<std::int64_t>(output.droppedRays));
+    }
+    if (output.surplusAccumulates != 0) {
+        _reports.Count(kProblem_Accumulates, primitive,
+                       static_cast<std::int64_t>(output.surplusAccumulates));
+    }
+    if (output.surplusRays != 0) {
+        _reports.Count(kProblem_RayMemory, primitive,
+                       static_cast<std::int64_t>(output.surplusRays));
     }
     _Accumulate(primitive, parents);
     _Spawn(primitive, parents);

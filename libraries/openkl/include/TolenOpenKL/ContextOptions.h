@@ -12,7 +12,8 @@ struct Limits {
     int depth = 64;
     /// Loop steps of one invocation, over all of its loops.
     std::int64_t loopSteps = 10'000'000;
-    /// Rays of one tile that wait to be traced at a time; 64 to 16,777,216.
+    /// Rays of one tile that wait at a time; 64 to 16,777,216. A batch of 256 invocations spawns at
+    /// most 4,194,304.
     std::int64_t raysInFlight = 4'194'304;
     /// Texels or pixels along one side of an image or framebuffer.
     int imageSide = 65'536;

@@ -48,7 +48,7 @@ TEST(KslAutomaton, Marks_BecomeTheNestingOfTheStateBeforeThem) {
     const std::int16_t parenthesis = automaton.GetShift(0, kToken_LeftParenthesis);
     EXPECT_EQ(automaton.GetNesting(0), KslAutomaton::kNesting_Same);
     EXPECT_EQ(automaton.GetNesting(brace), KslAutomaton::kNesting_In);
-    EXPECT_EQ(automaton.GetNesting(automaton.GetGoto(brace, automaton.GetProduction(1).left)),
+    EXPECT_EQ(automaton.GetNesting(automaton.GetGoto(brace, automaton.GetProduction(1).left, kToken_Semicolon)),
               KslAutomaton::kNesting_Out);
     EXPECT_EQ(automaton.GetNesting(parenthesis), KslAutomaton::kNesting_Group);
     EXPECT_NE(automaton.GetShift(parenthesis, kToken_IntConstant), KslAutomaton::kNone);

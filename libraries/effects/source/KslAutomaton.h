@@ -2,7 +2,6 @@
 
 #include "KslToken.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -47,7 +46,7 @@ public:
         bool isDeeperOperand = false;  ///< they form an operand
         bool isOverFirst = false;      ///< the first symbol is an operand, a level deeper
         bool isGroup = false;          ///< the value is a group
-        bool isUnit = false;           ///< one symbol, whose value it passes on
+        bool isUnit = false;           ///< one symbol, whose value is passed on
     };
 
     /// What the symbol of a state does to the nesting of what stands behind it.
@@ -65,22 +64,26 @@ public:
 
     /// The state behind @p token in @p state; kNone when it isn't shifted there.
     std::int16_t GetShift(std::int16_t state, int token) const {
-        return _shifts[_shiftRows[Index(state)] + static_cast<std::size_t>(token)];
+        return _shifts[_states[Index(state)].shiftRow + static_cast<std::size_t>(token)];
     }
     /// The production that @p state reduces when a token isn't shifted; kNone for an error.
-    std::int16_t GetReduction(std::int16_t state) const { return _reductions[Index(state)]; }
-    /// The state behind the nonterminal @p left in @p state.
-    std::int16_t GetGoto(std::int16_t state, std::int16_t left) const {
-        return _gotos[_gotoRows[Index(state)] + Index(left)];
+    std::int16_t GetReduction(std::int16_t state) const { return _states[Index(state)].reduction; }
+    /// The state behind the nonterminal @p left in @p state when @p token follows. Units that would
+    /// be reduced there, more than a dozen for most operands, count as reduced.
+    std::int16_t GetGoto(std::int16_t state, std::int16_t left, int token) const {
+        const Goto& target = _gotos[_states[Index(state)].gotoRow + Index(left)];
+        return target.unitRow == kNoRow
+                   ? target.state
+                   : _unitTargets[target.unitRow + static_cast<std::size_t>(token)];
     }
     /// Whether the input may end in @p state.
     bool IsAccepting(std::int16_t state) const { return state == _accepting; }
-    Nesting GetNesting(std::int16_t state) const { return _nestings[Index(state)]; }
+    Nesting GetNesting(std::int16_t state) const { return _states[Index(state)].nesting; }
     const Production& GetProduction(std::int16_t production) const {
         return _productions[Index(production)];
     }
 
-    std::size_t GetCountStates() const { return _reductions.size(); }
+    std::size_t GetCountStates() const { return _states.size(); }
     std::size_t GetCountProductions() const { return _productions.size(); }
     std::size_t GetCountNonterminals() const { return _countNonterminals; }
     /// States in which two rules are finished, so that one of them could never be reduced.
@@ -91,15 +94,26 @@ public:
 private:
     friend class KslAutomatonBuilder;
 
+    static constexpr std::uint32_t kNoRow = UINT32_MAX;
+
+    struct State {
+        std::uint32_t shiftRow;
+        std::uint32_t gotoRow;
+        std::int16_t reduction;
+        Nesting nesting;
+    };
+    struct Goto {
+        std::int16_t state = kNone;
+        std::uint32_t unitRow = kNoRow; ///< of the states to go on to, where there are units
+    };
+
     static std::size_t Index(std::int16_t number) { return static_cast<std::size_t>(number); }
 
+    std::vector<State> _states;
     std::vector<std::int16_t> _shifts;      ///< rows by token; equal rows are held once
-    std::vector<std::uint32_t> _shiftRows;  ///< by state: where its row starts
-    std::vector<std::int16_t> _gotos;       ///< rows by nonterminal; equal rows are held once
-    std::vector<std::uint32_t> _gotoRows;   ///< by state
-    std::vector<std::int16_t> _reductions;  ///< by state
-    std::vector<Nesting> _nestings;         ///< by state
-    std::vector<Production> _productions;   ///< by rule
+    std::vector<Goto> _gotos;               ///< rows by nonterminal; equal rows are held once
+    std::vector<std::int16_t> _unitTargets; ///< rows by token
+    std::vector<Production> _productions; ///< by rule
     std::int16_t _accepting = kNone;
     std::size_t _countNonterminals = 0;
     std::size_t _countAmbiguousStates = 0;

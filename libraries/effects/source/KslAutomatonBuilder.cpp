@@ -41,11 +41,14 @@ KslAutomaton::Nesting NestingOfMark(std::string_view mark) {
 }
 
 /// Appends @p row to @p table, unless an equal one is there. @return where it starts
+template <class Entry>
 std::uint32_t EnterRow(std::map<std::vector<std::int16_t>, std::uint32_t>& rows,
-                       std::vector<std::int16_t>& table, const std::vector<std::int16_t>& row) {
+                       std::vector<Entry>& table, const std::vector<std::int16_t>& row) {
     const auto [entry, isNew] = rows.emplace(row, static_cast<std::uint32_t>(table.size()));
     if (isNew) {
-        table.insert(table.end(), row.begin(), row.end());
+        for (const std::int16_t state : row) {
+            table.push_back(Entry{state});
+        }
     }
     return entry->second;
 }
@@ -60,6 +63,7 @@ KslAutomatonBuilder::KslAutomatonBuilder(KslAutomaton& automaton, std::span<cons
     for (std::size_t state = 0; state < _kernels.size(); ++state) {
         _ExpandState(static_cast<std::int16_t>(state), *_kernels[state]);
     }
+    _FollowUnits();
 }
 
 void KslAutomatonBuilder::_ReadRules(std::span<const KslRule> rules) {
@@ -155,8 +159,8 @@ void KslAutomatonBuilder::_ExpandState(std::int16_t state, const Items& kernel) 
         }
     }
 
-    std::vector<std::int16_t> shifts(kToken_Count, kNone);
-    std::vector<std::int16_t> gotos(_starts.size(), kNone);
+    Row shifts(kToken_Count, kNone);
+    Row gotos(_starts.size(), kNone);
     for (auto& [symbol, items] : successors) {
         std::sort(items.begin(), items.end());
         const std::int16_t next = _StateOf(items);
@@ -166,10 +170,9 @@ void KslAutomatonBuilder::_ExpandState(std::int16_t state, const Items& kernel) 
             gotos[static_cast<std::size_t>(symbol - kToken_Count)] = next;
         }
     }
-    _automaton._shiftRows.push_back(EnterRow(_shiftRows, _automaton._shifts, shifts));
-    _automaton._gotoRows.push_back(EnterRow(_gotoRows, _automaton._gotos, gotos));
-    _automaton._reductions.push_back(reduction);
-    _automaton._nestings.push_back(nesting);
+    _automaton._states.push_back({EnterRow(_shiftRows, _automaton._shifts, shifts),
+                                  EnterRow(_gotoRows, _automaton._gotos, gotos), reduction,
+                                  nesting});
 }
 
 KslAutomatonBuilder::Items KslAutomatonBuilder::_Close(const Items& kernel) {
@@ -188,6 +191,43 @@ KslAutomatonBuilder::Items KslAutomatonBuilder::_Close(const Items& kernel) {
         }
     }
     return items;
+}
+
+void KslAutomatonBuilder::_FollowUnits() {
+    for (const auto& [row, start] : _gotoRows) {
+        for (std::size_t left = 0; left < row.size(); ++left) {
+            _UnitRowOf(start, static_cast<std::int16_t>(left));
+        }
+    }
+}
+
+std::uint32_t KslAutomatonBuilder::_UnitRowOf(std::size_t gotoRow, std::int16_t left) {
+    const std::size_t index = gotoRow + static_cast<std::size_t>(left);
+    const auto [state, knownRow] = _automaton._gotos[index];
+    if (state == kNone || knownRow != KslAutomaton::kNoRow) {
+        return knownRow;
+    }
+    const std::int16_t reduction = _automaton.GetReduction(state);
+    if (reduction == kNone || !_automaton.GetProduction(reduction).isUnit) {
+        return KslAutomaton::kNoRow;
+    }
+
+    // Tokens that aren't shifted in the state go where they go behind its unit.
+    const std::int16_t next = _automaton.GetProduction(reduction).left;
+    const std::uint32_t nextRow = _UnitRowOf(gotoRow, next);
+    const std::int16_t nextState = _automaton._gotos[gotoRow + static_cast<std::size_t>(next)].state;
+    const std::uint32_t row = static_cast<std::uint32_t>(_automaton._unitTargets.size());
+    for (int token = 0; token < kToken_Count; ++token) {
+        std::int16_t target = state;
+        if (_automaton.GetShift(state, token) == kNone) {
+            target = nextRow == KslAutomaton::kNoRow
+                         ? nextState
+                         : _automaton._unitTargets[nextRow + static_cast<std::size_t>(token)];
+        }
+        _automaton._unitTargets.push_back(target);
+    }
+    _automaton._gotos[index].unitRow = row;
+    return row;
 }
 
 } // namespace Tolen::Effects

@@ -23,6 +23,7 @@ private:
     /// A place in the right side of a rule: an index into _items.
     using Item = std::int16_t;
     using Items = std::vector<Item>;
+    using Row = std::vector<std::int16_t>;
     using Nesting = KslAutomaton::Nesting;
 
     struct Place {
@@ -44,14 +45,18 @@ private:
     /// @p kernel and the starts of all rules that may begin at one of its places.
     Items _Close(const Items& kernel);
 
+    /// Finds, for each nonterminal in each row of gotos, where units lead on from there.
+    void _FollowUnits();
+    std::uint32_t _UnitRowOf(std::size_t gotoRow, std::int16_t left);
+
     KslAutomaton& _automaton;
     std::map<std::string_view, Symbol> _nonterminals;
     std::vector<Items> _starts;              ///< by nonterminal: the starts of its rules
     std::vector<Place> _items;
     std::map<Items, std::int16_t> _states;   ///< by kernel
     std::vector<const Items*> _kernels;      ///< by state; the keys of _states
-    std::map<std::vector<std::int16_t>, std::uint32_t> _shiftRows;
-    std::map<std::vector<std::int16_t>, std::uint32_t> _gotoRows;
+    std::map<Row, std::uint32_t> _shiftRows; ///< by content: where the row is in the table
+    std::map<Row, std::uint32_t> _gotoRows;
     std::vector<std::uint32_t> _closedBy;    ///< by nonterminal: the last _Close that entered it
     std::uint32_t _closures = 0;
 };

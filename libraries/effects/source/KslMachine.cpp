@@ -33,33 +33,16 @@ void KslMachine::Parse(int code, const Token& token) {
         return;
     }
     for (;;) {
-        std::int16_t state = _At(_top).state;
-        std::int16_t next = _automaton.GetShift(state, code);
-        std::int16_t reduction = _automaton.GetReduction(state);
-
-        // Rules that pass a value on only change the state that it stands in. Most operands go
-        // through more than a dozen of them.
-        if (next == KslAutomaton::kNone && reduction != KslAutomaton::kNone &&
-            _automaton.GetProduction(reduction).isUnit) {
-            const std::int16_t below = _At(_top - 1).state;
-            do {
-                state = _automaton.GetGoto(below, _automaton.GetProduction(reduction).left);
-                next = _automaton.GetShift(state, code);
-                reduction = _automaton.GetReduction(state);
-            } while (next == KslAutomaton::kNone && reduction != KslAutomaton::kNone &&
-                     _automaton.GetProduction(reduction).isUnit);
-            if (!_EnterState(state)) {
-                return;
-            }
-        }
-
+        const std::int16_t state = _At(_top).state;
+        const std::int16_t next = _automaton.GetShift(state, code);
         if (next != KslAutomaton::kNone) {
             return _Shift(next, token);
         }
+        const std::int16_t reduction = _automaton.GetReduction(state);
         if (reduction == KslAutomaton::kNone) {
             break;
         }
-        if (!_Reduce(_automaton.GetProduction(reduction))) {
+        if (!_Reduce(_automaton.GetProduction(reduction), code)) {
             return;
         }
     }
@@ -93,7 +76,7 @@ void KslMachine::_Shift(std::int16_t state, const Token& token) {
     _EnterState(state);
 }
 
-bool KslMachine::_Reduce(const Production& production) {
+bool KslMachine::_Reduce(const Production& production, int code) {
     if (production.length == 0) {
         if (!_Push()) {
             return false;
@@ -119,7 +102,7 @@ bool KslMachine::_Reduce(const Production& production) {
         _RefuseNesting();
         return false;
     }
-    return _EnterState(_automaton.GetGoto(below.state, production.left));
+    return _EnterState(_automaton.GetGoto(below.state, production.left, code));
 }
 
 bool KslMachine::_EnterState(std::int16_t state) {

@@ -37,7 +37,7 @@ private:
 
     bool _Start();
     void _Shift(std::int16_t state, const Token& token);
-    bool _Reduce(const Production& production);
+    bool _Reduce(const Production& production, int code);
     bool _EnterState(std::int16_t state);
     int _MeasureHeight(const Production& production, const Entry* entries) const;
     void _Refuse(int code);

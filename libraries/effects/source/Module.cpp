@@ -1,5 +1,6 @@
 #include "TolenEffects/Module.h"
 
+#include "StringTable.h"
 #include "SyntaxSupport.h"
 
 #include <algorithm>
@@ -42,16 +43,16 @@ T* FindByName(const std::vector<T*>& list, const std::string& name, NameOf nameO
 
 } // namespace
 
-Module::Module() = default;
+Module::Module() : _pStrings(std::make_unique<StringTable>()) {}
 
 Module* Module::Create(AllocationDummy*) {
     return new Module;
 }
 
 Module::~Module() {
-    // With the index empty, no node looks its names up; they live until all nodes are gone.
-    const std::unordered_set<String*> strings = std::move(_strings);
-    _strings.clear();
+    // With the table empty, no node finds its names there; they live until all nodes are gone.
+    StringTable strings;
+    strings.Swap(*_pStrings);
     DisposeChildren(this, _variableDeclarations);
     DisposeChildren(this, _functionDeclarations);
     DisposeChildren(this, _functionDefinitions);
@@ -61,9 +62,6 @@ Module::~Module() {
     DisposeChildren(this, _interfaceDefinitions);
     DisposeChildren(this, _statements);
     DisposeChildren(this, _expressions);
-    for (String* string : strings) {
-        delete string;
-    }
 }
 
 Module* Module::Clone(Module* target) const {
@@ -99,19 +97,19 @@ void Module::Dispose(Syntax* node) {
 
 String* Module::CreateString(const char* text) {
     String* string = new String(text, ++_countStringsMade);
-    _strings.insert(string);
+    _pStrings->Insert(string);
     return string;
 }
 
 void Module::DestroyString(String*& string) {
-    if (_strings.erase(string) != 0) {
+    if (_pStrings->Remove(string)) {
         delete string;
         string = nullptr;
     }
 }
 
 bool Module::RemoveString(String* string) {
-    return _strings.erase(string) != 0;
+    return _pStrings->Remove(string);
 }
 
 void Module::AddVariableDeclaration(DeclarationStatement* declaration) {

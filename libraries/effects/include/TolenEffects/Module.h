@@ -10,10 +10,11 @@
 #include <map>
 #include <memory>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 namespace Tolen::Effects {
+
+class StringTable;
 
 /// The root of a syntax tree and the one maker of its nodes and names.
 ///
@@ -193,7 +194,7 @@ public:
 private:
     Module();
 
-    std::unordered_set<String*> _strings; ///< owned
+    std::unique_ptr<StringTable> _pStrings;
     std::vector<DeclarationStatement*> _variableDeclarations;
     std::vector<FunctionPrototype*> _functionDeclarations;
     std::vector<FunctionDefinition*> _functionDefinitions;

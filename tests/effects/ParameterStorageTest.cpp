@@ -67,6 +67,7 @@ protected:
 };
 
 enum Place { kPlace_Memory, kPlace_Buffer };
+constexpr Place kPlaces[] = {kPlace_Memory, kPlace_Buffer};
 
 /// Both families that serve every type.
 template <class T>
@@ -91,14 +92,13 @@ protected:
         return elements;
     }
 
-    static constexpr Place kPlaces[] = {kPlace_Memory, kPlace_Buffer};
     const T _a = MakeSample<T>(1);
     const T _b = MakeSample<T>(2);
 };
 TYPED_TEST_SUITE(ParameterStorageTypedTest, ElementTypes, ElementTypeName);
 
 TYPED_TEST(ParameterStorageTypedTest, Set_OfAnElement_RoundTripsAndTells) {
-    for (const Place place : this->kPlaces) {
+    for (const Place place : kPlaces) {
         const auto storage = this->Make(place, 2);
         StorageListener listener;
         listener.Listen(*storage);
@@ -112,7 +112,7 @@ TYPED_TEST(ParameterStorageTypedTest, Set_OfAnElement_RoundTripsAndTells) {
 
 TYPED_TEST(ParameterStorageTypedTest, Set_OfAnArray_RoundTripsAndTellsOnce) {
     const std::array<TypeParam, 2> values = {this->_a, this->_b};
-    for (const Place place : this->kPlaces) {
+    for (const Place place : kPlaces) {
         const auto storage = this->Make(place, 3);
         StorageListener listener;
         listener.Listen(*storage);
@@ -126,7 +126,7 @@ TYPED_TEST(ParameterStorageTypedTest, Set_OfAnArray_RoundTripsAndTellsOnce) {
 
 TYPED_TEST(ParameterStorageTypedTest, Set_ThatTheValueRefuses_ChangesAndTellsNothing) {
     const std::array<TypeParam, 3> values = {this->_a, this->_a, this->_a};
-    for (const Place place : this->kPlaces) {
+    for (const Place place : kPlaces) {
         const auto storage = this->Make(place, 2);
         StorageListener listener;
         listener.Listen(*storage);
@@ -143,7 +143,7 @@ TYPED_TEST(ParameterStorageTypedTest, Set_ThatTheValueRefuses_ChangesAndTellsNot
 }
 
 TYPED_TEST(ParameterStorageTypedTest, SetAndGet_OfAnyOtherType_AnswerFalse) {
-    for (const Place place : this->kPlaces) {
+    for (const Place place : kPlaces) {
         const auto storage = this->Make(place, 1);
         StorageListener listener;
         listener.Listen(*storage);
@@ -169,7 +169,7 @@ TYPED_TEST(ParameterStorageTypedTest, SetAndGet_OfAnyOtherType_AnswerFalse) {
 }
 
 TYPED_TEST(ParameterStorageTypedTest, Get_OutsideTheLength_LeavesTheArgument) {
-    for (const Place place : this->kPlaces) {
+    for (const Place place : kPlaces) {
         const auto storage = this->Make(place, 1);
         TypeParam element = this->_b;
 
@@ -182,7 +182,7 @@ TYPED_TEST(ParameterStorageTypedTest, Get_OutsideTheLength_LeavesTheArgument) {
 }
 
 TYPED_TEST(ParameterStorageTypedTest, SetLength_KeepsTheElementsAndTellsTheLength) {
-    for (const Place place : this->kPlaces) {
+    for (const Place place : kPlaces) {
         const auto storage = this->Make(place, 1, true);
         storage->Set(this->_a, 0);
         StorageListener listener;
@@ -200,7 +200,7 @@ TYPED_TEST(ParameterStorageTypedTest, SetLength_KeepsTheElementsAndTellsTheLengt
 }
 
 TYPED_TEST(ParameterStorageTypedTest, SetLength_OfAFixedStorage_TellsNothing) {
-    for (const Place place : this->kPlaces) {
+    for (const Place place : kPlaces) {
         const auto storage = this->Make(place, 1);
         StorageListener listener;
         listener.Listen(*storage);
@@ -213,7 +213,7 @@ TYPED_TEST(ParameterStorageTypedTest, SetLength_OfAFixedStorage_TellsNothing) {
 }
 
 TYPED_TEST(ParameterStorageTypedTest, Set_WhenAListenerAnswersFalse_AnswersFalseAndKeepsTheValue) {
-    for (const Place place : this->kPlaces) {
+    for (const Place place : kPlaces) {
         const auto storage = this->Make(place, 1);
         StorageListener listener;
         listener.answer = false;
@@ -226,7 +226,7 @@ TYPED_TEST(ParameterStorageTypedTest, Set_WhenAListenerAnswersFalse_AnswersFalse
 }
 
 TYPED_TEST(ParameterStorageTypedTest, Shutdown_LeavesNothingBehindAndRepeats) {
-    for (const Place place : this->kPlaces) {
+    for (const Place place : kPlaces) {
         const auto storage = this->Make(place, 1);
 
         storage->Shutdown();

@@ -1,9 +1,11 @@
 #include "engine/Kernel.h"
 
+#include "engine/DeadCode.h"
 #include "engine/DeepStack.h"
 #include "engine/FloatingPointScope.h"
 #include "engine/KernelCode.h"
 #include "engine/Lowering.h"
+#include "engine/Simplifier.h"
 #include "engine/Translator.h"
 #include "engine/Uniformity.h"
 
@@ -29,8 +31,10 @@ constexpr std::uint32_t kMaxRows = 1u << 18;
 class EntryCompiler {
 public:
     EntryCompiler(const LinkedProgram& program, const LinkedStage& stage,
-                  const KernelLayout& layout, const std::vector<int>& globalWords)
-        : _program(program), _stage(stage), _layout(layout), _globalWords(globalWords) {}
+                  const KernelLayout& layout, const std::vector<int>& globalWords,
+                  bool isOptimized)
+        : _program(program), _stage(stage), _layout(layout), _globalWords(globalWords),
+          _isOptimized(isOptimized) {}
 
     /// @return an empty text, or the reason of the failure
     std::string Compile(Entry entry, KernelUnit& unit) const {
@@ -69,15 +73,29 @@ private:
         Translator translator(_program, _stage, _layout, _globalWords, limits, ir);
         TranslationResult result = translator.Translate(entry);
         if (result == TranslationResult::Done) {
+            if (_isOptimized) {
+                _Optimize(ir);
+            }
             unit = Assemble(Lower(ir, AnalyzeUniformity(ir)));
         }
         return result;
+    }
+
+    /// The second round finds what the first one's dead code was in the way of.
+    static void _Optimize(IrUnit& ir) {
+        for (int round = 0; round < 2; ++round) {
+            Simplify(ir);
+            RemoveDeadCode(ir);
+        }
+        FuseOperations(ir);
+        RemoveDeadCode(ir);
     }
 
     const LinkedProgram& _program;
     const LinkedStage& _stage;
     const KernelLayout& _layout;
     const std::vector<int>& _globalWords;
+    bool _isOptimized;
 };
 
 } // namespace
@@ -107,7 +125,7 @@ std::unique_ptr<const Kernel> Kernel::Compile(const LinkedProgram& program, Kern
         code.isPrefix = linked->stage == kStage_Prefix;
         code.zeros.resize(
             static_cast<std::size_t>(std::max(code.layout.uniformWords, code.layout.stateWords)));
-        EntryCompiler compiler(program, *linked, code.layout, globalWords);
+        EntryCompiler compiler(program, *linked, code.layout, globalWords, options.isOptimized);
         reason = compiler.Compile(Entry::Setup, code.setup);
         if (reason.empty()) {
             reason = compiler.Compile(Entry::Main, code.main);

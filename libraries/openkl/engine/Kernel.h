@@ -41,6 +41,8 @@ struct KernelLayout {
 struct KernelOptions {
     /// Loop steps that one invocation may do.
     std::uint64_t loopSteps = 10'000'000;
+    /// Without, code runs as it stands; it gives the same bits, slowly. For tests.
+    bool isOptimized = true;
 };
 
 /// Which stage of a linked program a kernel is for.
@@ -95,9 +97,6 @@ public:
     /// The most rays that an invocation may spawn, as setup left it in @p pState.
     /// @param rayClass 0 to 7, the class of the incoming ray; 0 for frames
     int GetOutputRayCount(const void* pState, int rayClass) const;
-
-    /// The code in readable form, for tests and tools.
-    std::string Print() const;
 
 private:
     Kernel();

@@ -202,7 +202,11 @@ const Expression* CallChecker::_ConstructScalar(const Type& type, int line, Argu
                     ? _context.nodes.MakeSwizzle(value->type.GetElement(), line, value, {})
                     : _context.nodes.MakeIndex(line, value, _context.nodes.MakeInt(line, 0));
     }
-    return value == nullptr ? nullptr : _context.nodes.MakeConvert(value, type.base);
+    if (value == nullptr) {
+        return nullptr;
+    }
+    return value->type == type ? _context.nodes.MakeValue(value)
+                               : _context.nodes.MakeConvert(value, type.base);
 }
 
 const Expression* CallChecker::_ConstructComponents(const Type& type, int line,
@@ -232,7 +236,7 @@ const Expression* CallChecker::_ConstructComponents(const Type& type, int line,
         return nullptr;
     }
     if (values.size() == 1 && values[0]->type == type) {
-        return values[0];
+        return _context.nodes.MakeValue(values[0]);
     }
     const ConstructForm form = isResize          ? kConstruct_Resize
                                : !isSingleScalar ? kConstruct_Components

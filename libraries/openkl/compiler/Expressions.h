@@ -264,8 +264,8 @@ enum ConstructForm : std::uint8_t {
     kConstruct_Splat,      ///< a vector, every component the one scalar
     kConstruct_Diagonal,   ///< a matrix, the one scalar on its diagonal, 0 elsewhere
     kConstruct_Resize,     ///< a matrix from one of another size, identity where that ends
-    kConstruct_Components, ///< vector or matrix; the arguments' components in order, those behind
-                           ///< the last one needed dropped
+    kConstruct_Components, ///< scalar, vector or matrix; the arguments' components in order, those
+                           ///< behind the last one needed dropped
     kConstruct_Members,    ///< a struct field by field, or an array element by element
 };
 

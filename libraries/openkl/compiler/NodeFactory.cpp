@@ -29,6 +29,12 @@ int GetChainHeight(const Expression* left, const Expression* right) {
     return std::max<int>(left->height, right->height + 1);
 }
 
+/// Whether an expression names a variable or a part of one, rather than a value.
+bool IsPlace(const Expression* expression) {
+    return expression->kind == kExpression_Variable || expression->kind == kExpression_Swizzle ||
+           expression->kind == kExpression_Index || expression->kind == kExpression_Field;
+}
+
 /// Whether a node can be the left operand of a chain, which readers follow in a loop.
 bool IsLink(const Expression* expression) {
     return expression->kind == kExpression_Binary || expression->kind == kExpression_Comma;
@@ -179,7 +185,10 @@ const Expression* NodeFactory::MakeConditional(int line, const Expression* condi
                                                const Expression* whenTrue,
                                                const Expression* whenFalse) {
     if (const LiteralExpression* literal = AsLiteral(condition)) {
-        return literal->values[0].i != 0 ? whenTrue : whenFalse;
+        const Expression* chosen = literal->values[0].i != 0 ? whenTrue : whenFalse;
+        if (!IsPlace(chosen)) {
+            return chosen;
+        }
     }
     const Expression* const parts[] = {condition, whenTrue, whenFalse};
     return _Finish(_arena.New<ConditionalExpression>(line, condition, whenTrue, whenFalse),
@@ -223,6 +232,12 @@ const Expression* NodeFactory::_MakeConvert(const Expression* operand, BaseType 
         }
     }
     return _Finish(_arena.New<ConvertExpression>(type, operand), height);
+}
+
+const Expression* NodeFactory::MakeValue(const Expression* operand) {
+    return IsPlace(operand) ? MakeConstruct(operand->type, operand->line, kConstruct_Components,
+                                            std::span<const Expression* const>(&operand, 1))
+                            : operand;
 }
 
 const Expression* NodeFactory::MakeConstruct(const Type& type, int line, ConstructForm form,

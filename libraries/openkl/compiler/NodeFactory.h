@@ -55,6 +55,8 @@ public:
     const Expression* MakeImplicitConvert(const Expression* operand, BaseType to);
     /// A conversion that a constructor makes.
     const Expression* MakeConvert(const Expression* operand, BaseType to);
+    /// The value of a scalar, vector or matrix, as something that cannot be assigned to.
+    const Expression* MakeValue(const Expression* operand);
     const Expression* MakeConstruct(const Type& type, int line, ConstructForm form,
                                     std::span<const Expression* const> arguments);
 

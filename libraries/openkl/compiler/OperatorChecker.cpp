@@ -175,7 +175,7 @@ const Expression* OperatorChecker::Plus(int line, const Expression* operand) {
         _context.diagnostics.Error(line, "operator '+' cannot take " + operand->type.ToString());
         return nullptr;
     }
-    return operand;
+    return _context.nodes.MakeValue(operand);
 }
 
 const Expression* OperatorChecker::Increment(int line, const Expression* target, bool isDecrement,

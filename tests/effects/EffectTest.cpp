@@ -434,7 +434,8 @@ TEST_F(EffectTest, FailuresOfTheApi_AreToldAndLeaveNothingBehind) {
                                 Case{"AddShader", 1, "Effect::Init AddShader\n"},
                                 Case{"AddShader", 2, "Effect::InitGraph AddShader\n"}}) {
         SCOPED_TRACE(failure.text);
-        IEffect* const effect = MakeSurface(MakeRoot());
+        IShader* const root = MakeRoot();
+        IEffect* const effect = MakeSurface(root);
         console.Clear();
         context.GetLog().FailNth(failure.operation, failure.nth);
         EXPECT_FALSE(effect->Update(nullptr));
@@ -443,6 +444,7 @@ TEST_F(EffectTest, FailuresOfTheApi_AreToldAndLeaveNothingBehind) {
         EXPECT_EQ(effect->GetMgrEffects(), nullptr);
         context.GetLog().FailNone();
         manager.DestroyEffectSurface(effect);
+        manager.DestroyShader(root);
         EXPECT_EQ(context.GetCountLive(), 0);
     }
 }

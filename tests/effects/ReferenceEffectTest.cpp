@@ -117,11 +117,14 @@ TEST_F(ReferenceEffectTest, AValueOfOnePrimitive_StandsInForTheSharedOneThere) {
     EXPECT_TRUE(reference->ExistsParameterLocal(root, "color"));
     EXPECT_TRUE(local->Set(Vector3f(9.0f, 9.0f, 9.0f)));
     EXPECT_TRUE(effect->Apply(nullptr));
-    EXPECT_EQ(GetColor(primitive), "vec3 (9,9,9)");
+    // A value of one primitive is written under the name as declared, at the same location.
+    EXPECT_EQ(primitive.GetUniform("color"), "vec3 (9,9,9)");
     EXPECT_EQ(GetColor(second), "vec3 (0.5,0.5,0.5)");
+    primitive.ClearUniforms();
     SetColor(1.0f);
     EXPECT_TRUE(effect->Update(nullptr));
-    EXPECT_EQ(GetColor(primitive), "vec3 (9,9,9)");
+    EXPECT_EQ(primitive.GetUniform("color"), "vec3 (9,9,9)");
+    EXPECT_EQ(GetColor(primitive), "");
     EXPECT_EQ(GetColor(second), "vec3 (1,0,0)");
     reference->ReleaseParameterLocal(local);
     EXPECT_FALSE(reference->ExistsParameterLocal(root, "color"));

@@ -73,21 +73,31 @@ std::set<std::string> _CollectCalls(const std::vector<FunctionDefinition*>& defi
     return collector.Take();
 }
 
-void _RenameCalls(const std::map<std::string, std::string>& renames,
-                  FunctionDefinition* definition) {
-    auto rename = [&renames](FunctionCall* call, TIParentSyntax<Expression>* slot) {
-        String* name = _GetCalledName(call);
-        if (name == nullptr || _IsSelected(call, slot->GetParent())) {
-            return true;
-        }
-        if (const auto found = renames.find(name->GetString()); found != renames.end()) {
-            name->SetString(found->second);
+/// Calls @p visit for every call in a function but those of other objects' methods.
+template <class Visit>
+void _VisitCalls(FunctionDefinition* definition, Visit visit) {
+    auto callback = [&visit](FunctionCall* call, TIParentSyntax<Expression>* slot) {
+        if (!_IsSelected(call, slot->GetParent())) {
+            visit(call);
         }
         return true;
     };
     using VisitorCall = TVisitorSyntaxDelegate<FunctionCall, TIParentSyntax<Expression>>;
-    VisitorCall visitor(VisitorCall::Delegate::Borrow(rename));
+    VisitorCall visitor(VisitorCall::Delegate::Borrow(callback));
     definition->AcceptVisitor(&visitor);
+}
+
+void _RenameCalls(const std::map<std::string, std::string>& renames,
+                  FunctionDefinition* definition) {
+    _VisitCalls(definition, [&renames](FunctionCall* call) {
+        if (call->GetName() == nullptr) {
+            return;
+        }
+        const auto found = renames.find(call->GetName()->GetString());
+        if (found != renames.end()) {
+            call->GetName()->SetString(found->second);
+        }
+    });
 }
 
 std::uint32_t _HashFnv1a(std::string_view text) {
@@ -212,6 +222,16 @@ void FreeFunctions::Collect(Module* into) const {
             into->AddFunctionDefinition(copy);
         }
     }
+}
+
+void FreeFunctions::NameCalls(FunctionDefinition* constructor) const {
+    _VisitCalls(constructor, [this](FunctionCall* call) {
+        const String* name = _GetCalledName(call);
+        if (call->GetName() == nullptr && name != nullptr && _calls.count(name->GetString()) != 0) {
+            call->SetName(name->Clone(call->GetModule()));
+            call->SetType(nullptr);
+        }
+    });
 }
 
 void FreeFunctions::RenameCalls(Module* module, std::size_t first) const {

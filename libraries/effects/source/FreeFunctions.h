@@ -43,6 +43,10 @@ public:
 
     bool IsEmpty() const { return _functions.empty(); }
 
+    /// Gives calls their names in a constructor that is made of the initial values of variables,
+    /// where `f(x)` has been read as the construction of a value of the type f.
+    void NameCalls(FunctionDefinition* constructor) const;
+
     /// Adds those functions to @p into that it doesn't have yet.
     void Collect(Module* into) const;
 

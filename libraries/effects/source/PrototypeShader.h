@@ -58,6 +58,10 @@ public:
     /// @return false while the class is incomplete
     bool CollectShader(Module* module);
 
+    /// Makes calls of free functions out of what initial values have been read as, in a constructor
+    /// of the class or of one of its shaders.
+    void NameFreeFunctionCalls(FunctionDefinition* constructor) const;
+
     /// Brings the calls of free functions in the definitions of @p module from position
     /// @p firstDefinition on to the names that those functions carry in merged code.
     void RenameFreeFunctionCalls(Module* module, std::size_t firstDefinition) const;

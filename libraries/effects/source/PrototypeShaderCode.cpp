@@ -71,6 +71,12 @@ bool PrototypeShader::CollectShader(Module* module) {
     return true;
 }
 
+void PrototypeShader::NameFreeFunctionCalls(FunctionDefinition* constructor) const {
+    if (_pFreeFunctions != nullptr) {
+        _pFreeFunctions->NameCalls(constructor);
+    }
+}
+
 void PrototypeShader::RenameFreeFunctionCalls(Module* module, std::size_t firstDefinition) const {
     if (_pFreeFunctions != nullptr) {
         _pFreeFunctions->RenameCalls(module, firstDefinition);
@@ -92,7 +98,8 @@ bool PrototypeShader::_InitStatic(const ClassDefinition* definition, Result* res
         return false;
     }
     std::unique_ptr<Module> module(Module::Create(nullptr));
-    if (!_InitConstructorStatic(module.get()) || !_InitStaticMethods(definition, module.get()) ||
+    if (!_InitFreeFunctions(definition, result) || !_InitConstructorStatic(module.get()) ||
+        !_InitStaticMethods(definition, module.get()) ||
         !_RewriteStaticCalls(_pLibrary, module.get(), result) ||
         !_RewriteOwnStaticCalls(module.get()) ||
         !_ApplyTransformations(module->GetFunctionDefinitions()) ||
@@ -116,6 +123,7 @@ bool PrototypeShader::_InitConstructorStatic(Module* module) {
         }
     }
     DefineFunctionVoid(module, GetConstructorStatic(), body.release());
+    NameFreeFunctionCalls(module->GetFunctionDefinitions().back());
     return true;
 }
 
@@ -152,8 +160,7 @@ bool PrototypeShader::_InitTemplate(const ClassDefinition* definition, Result* r
     if (!_InitTemplateMemberFunctions(definition, copy) || !_InitTemplateCoords(definition, copy) ||
         !_RewriteStaticCalls(_pLibrary, module.get(), result) ||
         !_RewriteOwnStaticCalls(module.get()) ||
-        !_ApplyTransformations(copy->GetMemberFunctions()) ||
-        !_InitFreeFunctions(definition, result)) {
+        !_ApplyTransformations(copy->GetMemberFunctions())) {
         return false;
     }
     _pTemplate = std::move(module);

@@ -123,6 +123,7 @@ bool Shader::_BuildConstructor(Module* module) {
         }
     }
     DefineFunctionVoid(module, GetConstructorName(), body.release());
+    _pPrototype->NameFreeFunctionCalls(module->GetFunctionDefinitions().back());
     return true;
 }
 

@@ -28,25 +28,25 @@ std::uint32_t Hash(std::uint32_t value) {
     return value ^ (value >> 15);
 }
 
-/// Permutes a fraction so that each of its bits depends on the bits above it alone.
-std::uint32_t Scramble(std::uint32_t value, std::uint32_t seed) {
-    value = ReverseBits(value);
-    value ^= value * 0x3d20adeau;
-    value += seed;
-    value *= (seed >> 16) | 1u;
-    value ^= value * 0x05526c56u;
-    value ^= value * 0x53a22864u;
-    return ReverseBits(value);
+/// Permutes a fraction, given with its bits in reverse, so that each bit depends on those above it
+/// in the fraction alone.
+std::uint32_t Scramble(std::uint32_t reversed, std::uint32_t seed) {
+    reversed ^= reversed * 0x3d20adeau;
+    reversed += seed;
+    reversed *= (seed >> 16) | 1u;
+    reversed ^= reversed * 0x05526c56u;
+    reversed ^= reversed * 0x53a22864u;
+    return ReverseBits(reversed);
 }
 
-/// The second dimension of the Sobol sequence.
-std::uint32_t Sobol(std::uint32_t index) {
-    std::uint32_t value = 0;
-    for (std::uint32_t direction = 0x80000000u; index != 0; index >>= 1) {
-        value ^= (index & 1u) != 0 ? direction : 0u;
-        direction ^= direction >> 1;
-    }
-    return value;
+/// The second dimension of the Sobol sequence with its bits in reverse; the first is the index
+/// itself. The product with Pascal's triangle modulo 2.
+std::uint32_t SobolReversed(std::uint32_t index) {
+    index ^= index << 16;
+    index ^= (index & 0x00ff00ffu) << 8;
+    index ^= (index & 0x0f0f0f0fu) << 4;
+    index ^= (index & 0x33333333u) << 2;
+    return index ^ ((index & 0x55555555u) << 1);
 }
 
 /// To 0 and below 1.
@@ -90,9 +90,11 @@ float PixelSampler::_Warp(float uniform) const {
 }
 
 std::array<float, 2> PixelSampler::GetPosition(int x, int y, std::uint32_t seed, int sample) const {
-    const std::uint32_t index = Scramble(static_cast<std::uint32_t>(sample), Hash(seed));
-    float u = ToUnit(Scramble(ReverseBits(index), Hash(seed ^ 0x9e3779b9u)));
-    float v = ToUnit(Scramble(Sobol(index), Hash(seed ^ 0x85ebca6bu)));
+    // The order of the samples is scrambled too, so that no two pixels go the same way.
+    const std::uint32_t index =
+        Scramble(ReverseBits(static_cast<std::uint32_t>(sample)), Hash(seed));
+    float u = ToUnit(Scramble(index, Hash(seed ^ 0x9e3779b9u)));
+    float v = ToUnit(Scramble(SobolReversed(index), Hash(seed ^ 0x85ebca6bu)));
     if (_isFiltered) {
         u = _Warp(u);
         v = _Warp(v);

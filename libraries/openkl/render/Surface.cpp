@@ -38,9 +38,10 @@ bool Normalize(float* direction) {
     if (!(length > 0.0) || !std::isfinite(length)) {
         return false;
     }
-    for (int i = 0; i < 3; ++i) {
-        direction[i] = static_cast<float>(direction[i] / length);
-    }
+    const double scale = 1.0 / length;
+    direction[0] = static_cast<float>(x * scale);
+    direction[1] = static_cast<float>(y * scale);
+    direction[2] = static_cast<float>(z * scale);
     return true;
 }
 

@@ -42,11 +42,11 @@ std::uint32_t Scramble(std::uint32_t reversed, std::uint32_t seed) {
 /// The second dimension of the Sobol sequence with its bits in reverse; the first is the index
 /// itself. The product with Pascal's triangle modulo 2.
 std::uint32_t SobolReversed(std::uint32_t index) {
-    index ^= index << 16;
-    index ^= (index & 0x00ff00ffu) << 8;
-    index ^= (index & 0x0f0f0f0fu) << 4;
-    index ^= (index & 0x33333333u) << 2;
-    return index ^ ((index & 0x55555555u) << 1);
+    index ^= index >> 16;
+    index ^= (index & 0xff00ff00u) >> 8;
+    index ^= (index & 0xf0f0f0f0u) >> 4;
+    index ^= (index & 0xccccccccu) >> 2;
+    return index ^ ((index & 0xaaaaaaaau) >> 1);
 }
 
 /// To 0 and below 1.

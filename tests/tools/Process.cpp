@@ -1,0 +1,78 @@
+#include "tools/Process.h"
+
+#include "support/paths/SourceFolder.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <sys/wait.h>
+
+namespace Tolen::Tests {
+
+namespace {
+
+class TemporaryFolder {
+public:
+    TemporaryFolder() {
+        std::string pattern = std::filesystem::temp_directory_path() / "tolen-test-XXXXXX";
+        if (mkdtemp(pattern.data()) == nullptr) {
+            throw std::runtime_error("no temporary folder");
+        }
+        _path = pattern;
+    }
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(_path, ignored);
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    const std::string& GetPath() const { return _path; }
+
+private:
+    std::string _path;
+};
+
+std::string _Quote(const std::string& text) {
+    std::string quoted = "'";
+    for (const char c : text) {
+        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    }
+    return quoted + "'";
+}
+
+std::string _ReadFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+} // namespace
+
+std::string GetTemporary(const std::string& name) {
+    static const TemporaryFolder folder;
+    return folder.GetPath() + "/" + name;
+}
+
+std::string WriteTemporary(const std::string& name, const std::string& text) {
+    const std::string path = GetTemporary(name);
+    std::ofstream(path, std::ios::binary) << text;
+    return path;
+}
+
+Ended RunProgram(const std::string& program, const std::vector<std::string>& arguments) {
+    const std::string output = GetTemporary("stdout");
+    const std::string errors = GetTemporary("stderr");
+    std::string command = _Quote(ProgramFolder() + "/" + program);
+    for (const std::string& argument : arguments) {
+        command += " " + _Quote(argument);
+    }
+    command += " <" + _Quote("/dev/null") + " >" + _Quote(output) + " 2>" + _Quote(errors);
+    const int status = std::system(command.c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, _ReadFile(output), _ReadFile(errors)};
+}
+
+} // namespace Tolen::Tests

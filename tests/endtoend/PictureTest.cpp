@@ -202,18 +202,6 @@ TEST_F(PictureTest, ATexture_IsReadThroughItsSampler) {
     context->DestroyTexImage2D(image);
 }
 
-TEST_F(PictureTest, AShaderWithAGraphOfItsOwn_IsLinkedWhereItIsUsed) {
-    Load("flat.klsl", "class Flat { input float gain = 0.5;"
-                      " void Shade() { accumulate(o_color, vec3(gain)); } }");
-    IShader* const flat = Make("Flat");
-    IShader* const shared = Make("Flat");
-    ASSERT_NE(shared->CreateGraphKind0(), nullptr);
-    IEffect* const effect = MakeSurface(flat);
-    AddSquare(effect);
-    Render();
-    ExpectColor(GetPixel(), 0.5f, 0.5f, 0.5f);
-}
-
 TEST_F(PictureTest, MistakesAreMended_AndThePictureComesBack) {
     Load("first.klsl", "class First { void Shade() { accumulate(o_color, vec3(1.0)); } }");
     Load("second.klsl", "class Second { void Shade() { accumulate(o_color, wrong); } }");

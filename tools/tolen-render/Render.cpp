@@ -230,6 +230,12 @@ void RenderScene(const Options& options) {
     }
     const int samples = options.samples > 0 ? options.samples : description.samples;
 
+    if (animation) {
+        // Compiled ahead of the first picture, so that each picture's value is an update alone.
+        start = Clock::now();
+        session.Update();
+        times.update += _SecondsSince(start);
+    }
     const bool isSingle = !animation || options.frame > 0;
     const int first = options.frame > 0 ? options.frame - 1 : 0;
     const int end = options.frame > 0 ? options.frame : options.frames;

@@ -30,14 +30,15 @@ std::string Transform(IAccess& access, const std::string& expression) {
     return line.substr(head.size(), line.size() - head.size() - 1);
 }
 
-bool Refuse(Class, Visitor*) { return false; }
+bool Refuse(Class, Visitor*) {
+    return false;
+}
 
 TEST(AccessTest, Buffer_IsABlockWithOneArrayOfLengthOne) {
     AccessBuffer access;
     ASSERT_TRUE(access.Init(kType_Vec2, "x", "x_k1", 7));
 
-    EXPECT_THAT(GetDeclarations(access),
-                ElementsAre("uniformblock x_k1", "{", "vec2 a[1];", "};"));
+    EXPECT_THAT(GetDeclarations(access), ElementsAre("uniformblock x_k1", "{", "vec2 a[1];", "};"));
     EXPECT_EQ(Transform(access, "x[i]"), "x_k1.a[i]");
     EXPECT_EQ(Transform(access, "x[i].y"), "x_k1.a[i].y");
     EXPECT_EQ(Transform(access, "y[x[i]]"), "y[x_k1.a[i]]");
@@ -115,8 +116,7 @@ TEST(AccessTest, SubscriptSeparate_WithAQualifierAndAnInitializer_FailsACheck) {
     EXPECT_TRUE(checks.Contains("Internal error: Initializer for the access should be defined only "
                                 "for member values.",
                                 "Source/AccessSubscriptSeparate"));
-    EXPECT_TRUE(
-        access.Init(kType_Float, "x", "x_k1", 3, kAccessQualifier_None, initializer.get()));
+    EXPECT_TRUE(access.Init(kType_Float, "x", "x_k1", 3, kAccessQualifier_None, initializer.get()));
     EXPECT_THAT(GetDeclarations(access), ElementsAre("float x_k1[3] = 1;"));
 }
 
@@ -140,8 +140,8 @@ TEST(AccessTest, VisitTransformations_AnswersWhatTheDelegateAnswers) {
     AccessTexture texture;
     AccessSubscriptSeparate subscript;
     AccessVariableSeparate variable;
-    for (IAccess* access : std::initializer_list<IAccess*>{&buffer, &texture, &subscript,
-                                                           &variable}) {
+    for (IAccess* access :
+         std::initializer_list<IAccess*>{&buffer, &texture, &subscript, &variable}) {
         EXPECT_FALSE(access->VisitTransformations(refuse));
     }
 }

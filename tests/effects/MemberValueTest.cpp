@@ -132,8 +132,7 @@ TEST_F(MemberValueTest, Array_IsAGlobalArrayWithALength) {
     const auto plain = Make<Array>("float x[];");
     const auto constant = Make<Array>("const int x[3];");
 
-    EXPECT_THAT(GetDeclarations(*plain),
-                ElementsAre("float p_k1[1];", "uniform int p_k1Length;"));
+    EXPECT_THAT(GetDeclarations(*plain), ElementsAre("float p_k1[1];", "uniform int p_k1Length;"));
     EXPECT_THAT(GetDeclarations(*constant),
                 ElementsAre("const int p_k2[3];", "uniform int p_k2Length;"));
 }
@@ -181,8 +180,7 @@ TEST_F(MemberValueTest, Array_SetLengthChangesTheDeclarationAndTells) {
     EXPECT_EQ(listener.GetCount(), 0);
     EXPECT_TRUE(member->SetLength(4));
     EXPECT_EQ(listener.GetCount(), 1);
-    EXPECT_THAT(GetDeclarations(*member),
-                ElementsAre("float p_k1[4];", "uniform int p_k1Length;"));
+    EXPECT_THAT(GetDeclarations(*member), ElementsAre("float p_k1[4];", "uniform int p_k1Length;"));
     listener.SetAnswer(false);
     EXPECT_FALSE(member->SetLength(5));
     EXPECT_EQ(member->GetLength(), 5);

@@ -1,5 +1,5 @@
-#include "IValue.h"
 #include "ParameterStorage.h"
+#include "IValue.h"
 #include "ParameterStorageBuffer.h"
 #include "ParameterStorageTexture.h"
 #include "ParameterValueArray.h"
@@ -381,8 +381,8 @@ TEST_F(ParameterStorageTest, Texture_HasTheGeometryOfItsLength) {
     struct Case {
         int length, width, height;
     };
-    for (const Case& c : {Case{0, 1, 1}, Case{1, 1, 1}, Case{2, 2, 1}, Case{3, 4, 1},
-                          Case{5, 8, 1}, Case{511, 512, 1}, Case{512, 512, 1}, Case{513, 512, 1},
+    for (const Case& c : {Case{0, 1, 1}, Case{1, 1, 1}, Case{2, 2, 1}, Case{3, 4, 1}, Case{5, 8, 1},
+                          Case{511, 512, 1}, Case{512, 512, 1}, Case{513, 512, 1},
                           Case{600, 512, 1}, Case{1023, 512, 1}, Case{1024, 512, 2},
                           Case{1100, 512, 2}, Case{1536, 512, 4}, Case{2049, 512, 4}}) {
         const auto storage = MakeTexture(kType_Float, c.length);

@@ -49,15 +49,15 @@ Evaluation Evaluate(const std::string& text) {
                                      : declared->GetValue();
     }
     const bool isResizable = type->IsArray() && type->GetLength() == nullptr;
-    const auto storage = CreateParameterStorage(nullptr, GetStorageSpecifier(specifier), length,
-                                                isResizable);
+    const auto storage =
+        CreateParameterStorage(nullptr, GetStorageSpecifier(specifier), length, isResizable);
 
     Evaluation evaluation;
     Result result;
     const Expression* initializer = declaration->GetInitializer();
-    evaluation.isGood =
-        type->IsArray() ? _InitializeValueArray(&result, storage.get(), specifier, initializer)
-                        : _InitializeValue(&result, storage.get(), 0, specifier, initializer);
+    evaluation.isGood = type->IsArray()
+                            ? _InitializeValueArray(&result, storage.get(), specifier, initializer)
+                            : _InitializeValue(&result, storage.get(), 0, specifier, initializer);
     for (int i = 0; i < storage->GetLength(); ++i) {
         std::string element;
         storage->GetValue()->GetValueAsString(element, i);
@@ -227,7 +227,8 @@ TEST(ParameterValueExpressionTest, ATupleWithoutAConstructor_FailsACheck) {
 }
 
 TEST(ParameterValueExpressionTest, ARefusedSet_IsTold) {
-    const ParsedClass parsed("input float a = 1; input vec2 b = vec2(1); input vec2 c = vec2(1, 2);");
+    const ParsedClass parsed(
+        "input float a = 1; input vec2 b = vec2(1); input vec2 c = vec2(1, 2);");
     const auto messages = [&](const char* name, TypeSpecifier specifier) {
         const CapturedConsole console;
         const auto storage = CreateParameterStorage(nullptr, specifier, 1, false);
@@ -314,8 +315,8 @@ TEST(ParameterValueExpressionTest, GeneratedExpressions_OfExtremeNumbersAndDepth
         module->CreateUnaryOperator(kOperator_Subtract, module->CreateIntConstant(INT_MIN)),
         value));
     EXPECT_EQ(value, INT_MIN);
-    EXPECT_TRUE(evaluate(module->CreateFloatConstant(module->CreateString("nan"), std::nan("")),
-                         value));
+    EXPECT_TRUE(
+        evaluate(module->CreateFloatConstant(module->CreateString("nan"), std::nan("")), value));
     EXPECT_EQ(value, 0);
 
     Expression* deep = module->CreateIntConstant(5);

@@ -218,7 +218,8 @@ TEST_F(ParameterValueSingleTest, CollectShader_DeclaresAUniform) {
 }
 
 TEST_F(ParameterValueSingleTest, VisitTransformations_RenamesEveryUseOfTheName) {
-    const auto parameter = Make<Parameter>("input vec3 x; float f(float y) { return x.x + y * x[1]; }");
+    const auto parameter =
+        Make<Parameter>("input vec3 x; float f(float y) { return x.x + y * x[1]; }");
     const auto module = CloneMethods();
     Transformer transformer(module.get());
 

@@ -20,8 +20,8 @@ class ParsedClass {
 public:
     explicit ParsedClass(const std::string& members) : _module(Module::Create(nullptr)) {
         std::vector<std::string> errors;
-        const bool isParsed = KslParser::Parse(_module.get(), errors, _file,
-                                               "class A\n{\n" + members + "\n}\n", 0);
+        const bool isParsed =
+            KslParser::Parse(_module.get(), errors, _file, "class A\n{\n" + members + "\n}\n", 0);
         EXPECT_TRUE(isParsed) << members << (errors.empty() ? "" : errors.front());
     }
 

@@ -46,7 +46,8 @@ bool AccessBuffer::SetLength(int length) {
 
 bool AccessBuffer::_ReplaceReference(Subscript* subscript, TIParentSyntax<Expression>*) {
     if (_IsReference(subscript->GetArray())) {
-        // In place, so that indices that are elements themselves are neither copied nor walked anew.
+        // In place, so that indices that are elements themselves are neither copied nor walked
+        // anew.
         Module* const module = subscript->GetModule();
         subscript->SetArray(module->CreateFieldSelection(MakeVariable(module, _GetNameMangled()),
                                                          module->CreateString(kMember)));

@@ -49,7 +49,9 @@ bool AccessSubscriptSeparate::SetLength(int length) {
 
 bool AccessSubscriptSeparate::_RenameReference(Subscript* subscript, TIParentSyntax<Expression>*) {
     if (_IsReference(subscript->GetArray())) {
-        static_cast<Variable*>(subscript->GetArray())->GetIdentifier()->SetString(_GetNameMangled());
+        static_cast<Variable*>(subscript->GetArray())
+            ->GetIdentifier()
+            ->SetString(_GetNameMangled());
     }
     return true;
 }

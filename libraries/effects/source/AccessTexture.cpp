@@ -35,8 +35,7 @@ Expression* MakeCoordinate(Module* module, Expression* cell, const std::string& 
     Expression* const middle =
         module->CreateBinaryOperator(kOperator_Add, MakeConstructor(module, kType_Float, cell),
                                      module->CreateFloatConstant(module->CreateString("0.5")));
-    Expression* const width =
-        MakeConstructor(module, kType_Float, MakeVariable(module, nameWidth));
+    Expression* const width = MakeConstructor(module, kType_Float, MakeVariable(module, nameWidth));
     return module->CreateBinaryOperator(kOperator_Divide, middle, width);
 }
 
@@ -68,7 +67,9 @@ bool AccessTexture::SetLength(int length) {
     return true;
 }
 
-std::string AccessTexture::_GetNameWidth() const { return _GetNameMangled() + "Width"; }
+std::string AccessTexture::_GetNameWidth() const {
+    return _GetNameMangled() + "Width";
+}
 
 bool AccessTexture::_ReplaceReference(Subscript* subscript, TIParentSyntax<Expression>* slot) {
     if (!_IsReference(subscript->GetArray())) {
@@ -79,11 +80,9 @@ bool AccessTexture::_ReplaceReference(Subscript* subscript, TIParentSyntax<Expre
         return module->CreateBinaryOperator(op, subscript->GetIndex()->Clone(module),
                                             MakeVariable(module, _GetNameWidth()));
     };
-    FunctionCall* const coordinates =
-        MakeConstructor(module, kType_Vec2,
-                        MakeCoordinate(module, makeCell(kOperator_Modulo), _GetNameWidth()));
-    coordinates->AddParameter(
-        MakeCoordinate(module, makeCell(kOperator_Divide), _GetNameWidth()));
+    FunctionCall* const coordinates = MakeConstructor(
+        module, kType_Vec2, MakeCoordinate(module, makeCell(kOperator_Modulo), _GetNameWidth()));
+    coordinates->AddParameter(MakeCoordinate(module, makeCell(kOperator_Divide), _GetNameWidth()));
     FunctionCall* const read = module->CreateFunctionCall(module->CreateString("texture2D"));
     read->AddParameter(MakeVariable(module, _GetNameMangled()));
     read->AddParameter(coordinates);

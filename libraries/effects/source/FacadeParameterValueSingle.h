@@ -21,10 +21,18 @@ public:
 
     /// An index other than 0 is outside the length. A type that isn't the declared one is refused.
 #define TOLEN_DECLARE_ACCESS(specifier, T, name, bytes)                                            \
-    bool Set(ArgumentOf<T> value, int index) override { return _Set<T>(value, index); }            \
-    bool Set(ArgumentOf<T> value) override { return _Set<T>(value, 0); }                           \
-    bool Get(T& value, int index) override { return _Get<T>(value, index); }                       \
-    bool Get(T& value) override { return _Get<T>(value, 0); }
+    bool Set(ArgumentOf<T> value, int index) override {                                            \
+        return _Set<T>(value, index);                                                              \
+    }                                                                                              \
+    bool Set(ArgumentOf<T> value) override {                                                       \
+        return _Set<T>(value, 0);                                                                  \
+    }                                                                                              \
+    bool Get(T& value, int index) override {                                                       \
+        return _Get<T>(value, index);                                                              \
+    }                                                                                              \
+    bool Get(T& value) override {                                                                  \
+        return _Get<T>(value, 0);                                                                  \
+    }
     TOLEN_ELEMENT_TYPES(TOLEN_DECLARE_ACCESS)
 #undef TOLEN_DECLARE_ACCESS
 

@@ -46,8 +46,8 @@ public:
     /// Null before Init and after Shutdown.
     virtual IValue* GetValue() = 0;
 
-    /// Sets the first @p count elements, or the element @p index. @return false when the storage has
-    /// refused, or when a listener has answered false to the new value
+    /// Sets the first @p count elements, or the element @p index. @return false when the storage
+    /// has refused, or when a listener has answered false to the new value
     virtual bool Set(IShader** values, int count);
     virtual bool Set(IShader* value, int index);
 #define TOLEN_DECLARE_SET(specifier, T, name, bytes)                                               \

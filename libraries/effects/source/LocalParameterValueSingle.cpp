@@ -37,7 +37,9 @@ bool CopyElements(IStorage* pDest, IParameter* pSource) {
 
 } // namespace
 
-LocalParameterValueSingle::~LocalParameterValueSingle() { Shutdown(); }
+LocalParameterValueSingle::~LocalParameterValueSingle() {
+    Shutdown();
+}
 
 bool LocalParameterValueSingle::Init(IKLPrimitive* primitive,
                                      ReferenceParameterValueSingle* reference) {
@@ -73,9 +75,13 @@ bool LocalParameterValueSingle::RemoveListenerDelete(
     return _listenersDelete.Remove(listener);
 }
 
-IReferenceParameter* LocalParameterValueSingle::GetReferenceParameter() { return _pReference; }
+IReferenceParameter* LocalParameterValueSingle::GetReferenceParameter() {
+    return _pReference;
+}
 
-IKLPrimitive* LocalParameterValueSingle::GetKLPrimitive() { return _pPrimitive; }
+IKLPrimitive* LocalParameterValueSingle::GetKLPrimitive() {
+    return _pPrimitive;
+}
 
 #define TOLEN_FORWARD(specifier, T, name, bytes)                                                   \
     bool LocalParameterValueSingle::Set(const T* values, int count) {                              \

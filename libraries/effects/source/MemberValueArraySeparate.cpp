@@ -14,7 +14,9 @@
 
 namespace Tolen::Effects {
 
-MemberValueArraySeparate::~MemberValueArraySeparate() { Shutdown(); }
+MemberValueArraySeparate::~MemberValueArraySeparate() {
+    Shutdown();
+}
 
 bool MemberValueArraySeparate::Init(IMgrEffects* manager, const VariableDeclaration* declaration,
                                     const std::string& prefix, Result*) {
@@ -42,8 +44,7 @@ bool MemberValueArraySeparate::AddListenerChangeLength(FastDelegate1<IMember*, b
     return _listenersChangeLength.Add(listener);
 }
 
-bool MemberValueArraySeparate::RemoveListenerChangeLength(
-    FastDelegate1<IMember*, bool>& listener) {
+bool MemberValueArraySeparate::RemoveListenerChangeLength(FastDelegate1<IMember*, bool>& listener) {
     return _listenersChangeLength.Remove(listener);
 }
 
@@ -113,7 +114,9 @@ TypeSpecifier MemberValueArraySeparate::GetTypeSpecifier() {
     return _pDecl == nullptr ? kType_Void : _pDecl->GetType()->GetTypeSpecifier();
 }
 
-std::string MemberValueArraySeparate::GetNameMangled() { return _nameMangled; }
+std::string MemberValueArraySeparate::GetNameMangled() {
+    return _nameMangled;
+}
 
 bool MemberValueArraySeparate::ApplyLength(IKLPrimitive* primitive, IKLProgram*, int location) {
     if (primitive == nullptr ||

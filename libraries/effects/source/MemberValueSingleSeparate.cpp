@@ -8,7 +8,9 @@
 
 namespace Tolen::Effects {
 
-MemberValueSingleSeparate::~MemberValueSingleSeparate() { Shutdown(); }
+MemberValueSingleSeparate::~MemberValueSingleSeparate() {
+    Shutdown();
+}
 
 bool MemberValueSingleSeparate::Init(IMgrEffects* manager, const VariableDeclaration* declaration,
                                      const std::string& prefix, Result*) {
@@ -77,6 +79,8 @@ std::string MemberValueSingleSeparate::GetName() {
     return _pDecl == nullptr ? std::string() : _pDecl->GetIdentifier()->GetString();
 }
 
-bool MemberValueSingleSeparate::SetLength(int) { return false; }
+bool MemberValueSingleSeparate::SetLength(int) {
+    return false;
+}
 
 } // namespace Tolen::Effects

@@ -25,9 +25,13 @@ bool ParameterCoord::Init(IMgrEffects* manager, TypeSpecifier specifier, const s
     return true;
 }
 
-bool ParameterCoord::AddListenerChangeValue(FastDelegate1<IParameter*, bool>&) { return true; }
+bool ParameterCoord::AddListenerChangeValue(FastDelegate1<IParameter*, bool>&) {
+    return true;
+}
 
-bool ParameterCoord::RemoveListenerChangeValue(FastDelegate1<IParameter*, bool>&) { return true; }
+bool ParameterCoord::RemoveListenerChangeValue(FastDelegate1<IParameter*, bool>&) {
+    return true;
+}
 
 bool ParameterCoord::AddListenerChangeStructure(FastDelegate1<IParameter*, bool>& listener) {
     return _listenersChangeStructure.Add(listener);
@@ -47,9 +51,13 @@ bool ParameterCoord::DestroyReference(IReferenceParameter* reference) {
     return true;
 }
 
-bool ParameterCoord::CollectConstructor(CompoundStatement*) { return true; }
+bool ParameterCoord::CollectConstructor(CompoundStatement*) {
+    return true;
+}
 
-bool ParameterCoord::CollectShader(Module*) { return true; }
+bool ParameterCoord::CollectShader(Module*) {
+    return true;
+}
 
 bool ParameterCoord::VisitTransformations(FastDelegate2<Class, Visitor*, bool>& visit) {
     TVisitorSyntaxDelegate<Variable, TIParentSyntax<Expression>> visitor(
@@ -57,23 +65,37 @@ bool ParameterCoord::VisitTransformations(FastDelegate2<Class, Visitor*, bool>& 
     return visit(kClass_Variable, &visitor);
 }
 
-bool ParameterCoord::IsComplete(Result*) const { return true; }
+bool ParameterCoord::IsComplete(Result*) const {
+    return true;
+}
 
-IParameter::ParameterClass ParameterCoord::GetClass() { return kClass_Coord; }
+IParameter::ParameterClass ParameterCoord::GetClass() {
+    return kClass_Coord;
+}
 
-TypeSpecifier ParameterCoord::GetTypeSpecifier() { return _specifier; }
+TypeSpecifier ParameterCoord::GetTypeSpecifier() {
+    return _specifier;
+}
 
-std::string ParameterCoord::GetType() { return TypeSpecifierToString(_specifier); }
+std::string ParameterCoord::GetType() {
+    return TypeSpecifierToString(_specifier);
+}
 
-std::string ParameterCoord::GetName() { return _name; }
+std::string ParameterCoord::GetName() {
+    return _name;
+}
 
-int ParameterCoord::GetLength() const { return 1; }
+int ParameterCoord::GetLength() const {
+    return 1;
+}
 
 bool ParameterCoord::GetAsString(std::string& out, int index) const {
     return _pValue != nullptr && _pValue->GetValueAsString(out, index);
 }
 
-bool ParameterCoord::GetAsString(std::string& out) const { return GetAsString(out, 0); }
+bool ParameterCoord::GetAsString(std::string& out) const {
+    return GetAsString(out, 0);
+}
 
 bool ParameterCoord::Set(const std::string& value) {
     if (_pValue == nullptr) {
@@ -85,7 +107,9 @@ bool ParameterCoord::Set(const std::string& value) {
     return _pValue->Set(value, 0) && _listenersChangeStructure.Fire(this);
 }
 
-bool ParameterCoord::Get(std::string& value) { return GetAsString(value); }
+bool ParameterCoord::Get(std::string& value) {
+    return GetAsString(value);
+}
 
 bool ParameterCoord::_RenameReference(Variable* variable, TIParentSyntax<Expression>*) {
     // An attribute may bear the declared name of another coordinate, which must leave it alone.

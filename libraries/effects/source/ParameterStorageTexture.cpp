@@ -107,8 +107,7 @@ bool ParameterStorageApplyTexture<Storage>::Apply(IKLPrimitive* primitive, IKLPr
     }
     const std::string nameWidth = name + "Width";
     const int locationWidth = program->GetUniformLocation(nameWidth);
-    return locationWidth >= 0 &&
-           primitive->SetUniform(nameWidth, locationWidth, image->GetWidth());
+    return locationWidth >= 0 && primitive->SetUniform(nameWidth, locationWidth, image->GetWidth());
 }
 
 std::unique_ptr<IStorage> CreateParameterStorageTexture(IOpenKLContext* context,

@@ -43,10 +43,11 @@ std::unique_ptr<IAccess> MakeAccess(IStorage& storage, const Args&... args) {
 
 } // namespace
 
-ParameterValueArraySeparate::~ParameterValueArraySeparate() { Shutdown(); }
+ParameterValueArraySeparate::~ParameterValueArraySeparate() {
+    Shutdown();
+}
 
-bool ParameterValueArraySeparate::Init(IMgrEffects* manager,
-                                       const VariableDeclaration* declaration,
+bool ParameterValueArraySeparate::Init(IMgrEffects* manager, const VariableDeclaration* declaration,
                                        const std::string& prefix, Result* result) {
     _pMgrEffects = manager;
     _pDecl = declaration;
@@ -85,7 +86,9 @@ bool ParameterValueArraySeparate::DestroyReference(IReferenceParameter* referenc
     return true;
 }
 
-bool ParameterValueArraySeparate::CollectConstructor(CompoundStatement*) { return true; }
+bool ParameterValueArraySeparate::CollectConstructor(CompoundStatement*) {
+    return true;
+}
 
 bool ParameterValueArraySeparate::CollectShader(Module* module) {
     return _HasStorage() && _pAccess->CollectDeclaration(module) &&
@@ -98,9 +101,13 @@ bool ParameterValueArraySeparate::VisitTransformations(
            _accessLength.VisitTransformations(visit);
 }
 
-bool ParameterValueArraySeparate::IsComplete(Result*) const { return true; }
+bool ParameterValueArraySeparate::IsComplete(Result*) const {
+    return true;
+}
 
-IParameter::ParameterClass ParameterValueArraySeparate::GetClass() { return kClass_Value; }
+IParameter::ParameterClass ParameterValueArraySeparate::GetClass() {
+    return kClass_Value;
+}
 
 TypeSpecifier ParameterValueArraySeparate::GetTypeSpecifier() {
     return _pDecl == nullptr ? kType_Void : _pDecl->GetType()->GetTypeSpecifier();
@@ -114,9 +121,13 @@ std::string ParameterValueArraySeparate::GetName() {
     return _pDecl == nullptr ? std::string() : _pDecl->GetIdentifier()->GetString();
 }
 
-bool ParameterValueArraySeparate::IsArray() const { return true; }
+bool ParameterValueArraySeparate::IsArray() const {
+    return true;
+}
 
-int ParameterValueArraySeparate::GetLength() const { return _length; }
+int ParameterValueArraySeparate::GetLength() const {
+    return _length;
+}
 
 bool ParameterValueArraySeparate::SetLength(int length) {
     if (length == _length) {
@@ -135,7 +146,9 @@ bool ParameterValueArraySeparate::SetLength(int length) {
     return _ResizeStorage(length);
 }
 
-bool ParameterValueArraySeparate::IsResizable() const { return _isResizable; }
+bool ParameterValueArraySeparate::IsResizable() const {
+    return _isResizable;
+}
 
 bool ParameterValueArraySeparate::GetAsString(std::string& out, int index) const {
     IValue* const value = _pStorage == nullptr ? nullptr : _pStorage->GetValue();
@@ -159,7 +172,9 @@ bool ParameterValueArraySeparate::GetAsString(std::string& out) const {
 TOLEN_ELEMENT_TYPES(TOLEN_FORWARD)
 #undef TOLEN_FORWARD
 
-std::string ParameterValueArraySeparate::GetNameMangled() { return _nameMangled; }
+std::string ParameterValueArraySeparate::GetNameMangled() {
+    return _nameMangled;
+}
 
 std::string ParameterValueArraySeparate::GetNameLengthMangled() const {
     return _accessLength.GetName();
@@ -202,9 +217,9 @@ bool ParameterValueArraySeparate::_InitLength() {
 bool ParameterValueArraySeparate::_InitStorage(TypeSpecifier specifier, int length,
                                                Result* result) {
     const bool isMade =
-        length < 0
-            ? _InitStorageLocal(specifier, length) && _InitAccessSubscriptSeparate(specifier, length)
-            : _InitStorageBuffer(specifier, length) && _InitAccessBuffer(specifier, length);
+        length < 0 ? _InitStorageLocal(specifier, length) &&
+                         _InitAccessSubscriptSeparate(specifier, length)
+                   : _InitStorageBuffer(specifier, length) && _InitAccessBuffer(specifier, length);
     _isBuffered = length >= 0;
     if (!isMade) {
         _ShutdownStorage();
@@ -254,14 +269,12 @@ bool ParameterValueArraySeparate::_InitAccessSubscriptSeparate(TypeSpecifier spe
 }
 
 bool ParameterValueArraySeparate::_InitAccessBuffer(TypeSpecifier specifier, int length) {
-    _pAccess =
-        MakeAccess<AccessBuffer>(*_pStorage, specifier, GetName(), _nameMangled, length);
+    _pAccess = MakeAccess<AccessBuffer>(*_pStorage, specifier, GetName(), _nameMangled, length);
     return _pAccess != nullptr;
 }
 
 bool ParameterValueArraySeparate::_InitAccessTexture(TypeSpecifier specifier, int length) {
-    _pAccess =
-        MakeAccess<AccessTexture>(*_pStorage, specifier, GetName(), _nameMangled, length);
+    _pAccess = MakeAccess<AccessTexture>(*_pStorage, specifier, GetName(), _nameMangled, length);
     return _pAccess != nullptr;
 }
 
@@ -316,7 +329,9 @@ void ParameterValueArraySeparate::_InitializeValueArrayPartial(TypeSpecifier spe
     }
 }
 
-bool ParameterValueArraySeparate::_OnChangeValue() { return _listenersChangeValue.Fire(this); }
+bool ParameterValueArraySeparate::_OnChangeValue() {
+    return _listenersChangeValue.Fire(this);
+}
 
 bool ParameterValueArraySeparate::_FireChangeLength(bool isReplaced) {
     const LifeToken::Watch alive = _life.GetWatch();

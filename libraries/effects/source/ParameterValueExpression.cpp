@@ -40,8 +40,7 @@ void AddIndex(Result* result, std::size_t index) {
 
 bool RefuseInitializer(Result* result, const Expression* expression) {
     if (result != nullptr) {
-        result->Add("%s: Unsupported Initializer",
-                    LocationText(expression->GetRange()).c_str());
+        result->Add("%s: Unsupported Initializer", LocationText(expression->GetRange()).c_str());
     }
     return false;
 }
@@ -75,8 +74,12 @@ template <>
 struct Channels<Matrix44f> : MatrixChannels<Matrix44f> {};
 
 /// Conversions that cut off fractions and stay within what the target can hold.
-void Convert(std::int32_t constant, int& value) { value = constant; }
-void Convert(std::int32_t constant, float& value) { value = static_cast<float>(constant); }
+void Convert(std::int32_t constant, int& value) {
+    value = constant;
+}
+void Convert(std::int32_t constant, float& value) {
+    value = static_cast<float>(constant);
+}
 
 void Convert(double constant, int& value) {
     constexpr int kLowest = std::numeric_limits<int>::lowest();
@@ -105,7 +108,9 @@ int Negate(int value) {
     return static_cast<int>(0u - static_cast<unsigned int>(value));
 }
 
-float Negate(float value) { return -value; }
+float Negate(float value) {
+    return -value;
+}
 
 /// Takes the minus signs off @p expression. @param negative whether their number is odd
 /// @return false when another operator stands there

@@ -14,7 +14,9 @@
 
 namespace Tolen::Effects {
 
-ParameterValueSingleStorageSeparate::~ParameterValueSingleStorageSeparate() { Shutdown(); }
+ParameterValueSingleStorageSeparate::~ParameterValueSingleStorageSeparate() {
+    Shutdown();
+}
 
 bool ParameterValueSingleStorageSeparate::Init(IMgrEffects* manager,
                                                const VariableDeclaration* declaration,
@@ -85,7 +87,9 @@ bool ParameterValueSingleStorageSeparate::DestroyReference(IReferenceParameter* 
     return true;
 }
 
-bool ParameterValueSingleStorageSeparate::CollectConstructor(CompoundStatement*) { return true; }
+bool ParameterValueSingleStorageSeparate::CollectConstructor(CompoundStatement*) {
+    return true;
+}
 
 bool ParameterValueSingleStorageSeparate::CollectShader(Module* module) {
     AddGlobalVariable(module, GetTypeSpecifier(), _nameMangled, nullptr)
@@ -93,9 +97,13 @@ bool ParameterValueSingleStorageSeparate::CollectShader(Module* module) {
     return true;
 }
 
-bool ParameterValueSingleStorageSeparate::IsComplete(Result*) const { return true; }
+bool ParameterValueSingleStorageSeparate::IsComplete(Result*) const {
+    return true;
+}
 
-IParameter::ParameterClass ParameterValueSingleStorageSeparate::GetClass() { return kClass_Value; }
+IParameter::ParameterClass ParameterValueSingleStorageSeparate::GetClass() {
+    return kClass_Value;
+}
 
 TypeSpecifier ParameterValueSingleStorageSeparate::GetTypeSpecifier() {
     return _pDecl == nullptr ? kType_Void : _pDecl->GetType()->GetTypeSpecifier();
@@ -109,7 +117,9 @@ std::string ParameterValueSingleStorageSeparate::GetName() {
     return _pDecl == nullptr ? std::string() : _pDecl->GetIdentifier()->GetString();
 }
 
-int ParameterValueSingleStorageSeparate::GetLength() const { return 1; }
+int ParameterValueSingleStorageSeparate::GetLength() const {
+    return 1;
+}
 
 bool ParameterValueSingleStorageSeparate::GetAsString(std::string& out, int index) const {
     IValue* const value = _pStorage == nullptr ? nullptr : _pStorage->GetValue();
@@ -120,7 +130,9 @@ bool ParameterValueSingleStorageSeparate::GetAsString(std::string& out) const {
     return GetAsString(out, 0);
 }
 
-std::string ParameterValueSingleStorageSeparate::GetNameMangled() { return _nameMangled; }
+std::string ParameterValueSingleStorageSeparate::GetNameMangled() {
+    return _nameMangled;
+}
 
 bool ParameterValueSingleStorageSeparate::_InitStorageLocalApplyValue(TypeSpecifier specifier) {
     _pStorage = CreateParameterStorage(_pMgrEffects->GetOpenKLContext(),

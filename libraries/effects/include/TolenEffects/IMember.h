@@ -48,7 +48,8 @@ public:
     virtual bool IsArray() const = 0;
     /// Elements; 1 where there is no array.
     virtual int GetLength() const = 0;
-    /// Changes the number of elements. @return false when the length is fixed, or a listener says so
+    /// Changes the number of elements. @return false when the length is fixed, or a listener says
+    /// so
     virtual bool SetLength(int length) = 0;
     virtual bool IsResizable() const = 0;
 };

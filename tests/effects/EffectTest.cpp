@@ -516,6 +516,17 @@ TEST_F(EffectTest, VisitAttributes_TellsTheVertexAttributesByName) {
     EXPECT_EQ(names, "");
 }
 
+TEST_F(EffectTest, SetRoot_WithAnAttributeThatTheVertexStageRefuses_LeavesAUsableEffect) {
+    IShader* const root = MakeRoot();
+    root->SetCoord(nullptr, "bump", "Position");
+    IEffect* const effect = manager.CreateEffectSurface();
+    EXPECT_FALSE(effect->SetRoot(root));
+    EXPECT_TRUE(console.Contains("ShaderVertex::AcquireAttribute Type Conflict\n"));
+    root->SetCoord(nullptr, "bump", "Normal");
+    EXPECT_TRUE(effect->SetRoot(root));
+    EXPECT_TRUE(Update(effect));
+}
+
 TEST_F(EffectTest, ChangeAttributeListeners_HearOfEveryAttribute) {
     IEffect* const effect = manager.CreateEffectSurface();
     Listener<IEffect*> changed;

@@ -226,7 +226,11 @@ bool Effect<PolicyVertex, PolicyCompiler>::_InitGraph(IShader* shader) {
     _pReferenceGraph->AddListenerChangeStructure(onChangeStructure);
     _pReferenceGraph->AddListenerCompile(onCompile);
     _pGraph->AddListenerForgetUpdates(onForget);
-    return _policyVertex.InitGraph(_pGraph.get());
+    if (!_policyVertex.InitGraph(_pGraph.get())) {
+        _ShutdownGraph();
+        return false;
+    }
+    return true;
 }
 
 template <class PolicyVertex, class PolicyCompiler>

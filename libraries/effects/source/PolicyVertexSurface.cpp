@@ -50,6 +50,10 @@ bool PolicyVertexSurface::InitGraph(IGraph* graph) {
     _pGraph = graph;
     auto onAdd = MakeDelegate(this, &PolicyVertexSurface::_OnAddAttribute);
     if (!_pGraph->VisitAttributes(onAdd)) {
+        // Nobody would tell of the graph's end, so it is not kept.
+        auto onRemove = MakeDelegate(this, &PolicyVertexSurface::_OnRemoveAttribute);
+        _pGraph->VisitAttributes(onRemove);
+        _pGraph = nullptr;
         return false;
     }
     auto onDelete = MakeDelegate(this, &PolicyVertexSurface::_OnDeleteGraph);
@@ -114,6 +118,10 @@ bool PolicyVertexSurface::_ReleaseGraph() {
 }
 
 bool PolicyVertexSurface::_OnAddAttribute(IGraph::Attribute attribute) {
+    // The vertex stage hands the normal on in any case.
+    if (attribute.name == "Normal" && attribute.type == kType_Vec3) {
+        return _listenersChangeAttribute.Fire(_pEffect);
+    }
     return _pVertex->AcquireAttribute(attribute.type, attribute.name, attribute.transformation) &&
            _listenersChangeAttribute.Fire(_pEffect);
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <stdexcept>
 
 namespace Tolen::OpenKL::Testing {
 
@@ -18,27 +19,28 @@ const KernelVariable* Find(const std::vector<KernelVariable>& variables, const s
 std::shared_ptr<const LinkedProgram> LinkText(const std::string& text, Stage stage) {
     std::string messages;
     std::shared_ptr<const CompiledShader> shader = CompileShader(stage, text, messages);
-    EXPECT_NE(shader, nullptr) << messages << "\n" << text;
     if (shader == nullptr) {
-        return nullptr;
+        throw std::runtime_error(messages + "\n" + text);
     }
     std::vector<LinkInput> shaders = {{"text", shader}};
+    if (stage == kStage_Vertex) {
+        // Vertices are there for rays.
+        shaders.push_back({"ray", CompileShader(kStage_Ray, "void main() {}", messages)});
+    }
     std::shared_ptr<const LinkedProgram> program = LinkProgram("test", shaders, messages);
-    EXPECT_NE(program, nullptr) << messages << "\n" << text;
+    if (program == nullptr) {
+        throw std::runtime_error(messages + "\n" + text);
+    }
     return program;
 }
 
 EngineRig::EngineRig(const std::string& text, Stage stage, const KernelOptions& options) {
     std::shared_ptr<const LinkedProgram> program = LinkText(text, stage);
-    if (program == nullptr) {
-        return;
-    }
     std::string error;
     KernelStage part = stage == kStage_Vertex ? KernelStage::Vertex : KernelStage::Main;
     _pKernel = Kernel::Compile(*program, part, options, &error);
-    EXPECT_NE(_pKernel, nullptr) << error;
     if (_pKernel == nullptr) {
-        return;
+        throw std::runtime_error(error);
     }
     const KernelLayout& layout = GetLayout();
     bool isVertex = stage == kStage_Vertex;
@@ -146,9 +148,6 @@ const BatchOutput& EngineRig::Run(int count, int first, InstructionSet instructi
 
 std::vector<float> RunStatements(const std::string& statements, const std::string& globals) {
     EngineRig rig(globals + "\nvoid main()\n{\n" + statements + "\n}\n");
-    if (!rig.IsReady()) {
-        return {};
-    }
     std::vector<float> values;
     for (const AccumulateRecord& record : rig.Run().accumulates) {
         values.insert(values.end(), record.value, record.value + record.components);

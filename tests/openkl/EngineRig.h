@@ -20,11 +20,10 @@ inline const InstructionSet kInstructionSets[] = {InstructionSet::Baseline, Inst
 /// A kernel of one text with everything that it needs to run.
 class EngineRig {
 public:
-    /// Compiles @p text; a failure fails the test and leaves IsReady false.
+    /// Compiles @p text; a failure throws, which fails the test.
     explicit EngineRig(const std::string& text, Stage stage = kStage_Ray,
                        const KernelOptions& options = {});
 
-    bool IsReady() const { return _pKernel != nullptr; }
     const Kernel& GetKernel() const { return *_pKernel; }
     const KernelLayout& GetLayout() const { return _pKernel->GetLayout(); }
 
@@ -58,13 +57,12 @@ private:
     std::vector<std::vector<std::uint32_t>> _lanes;
     std::vector<std::vector<std::uint32_t>> _interpolated;
     std::vector<std::vector<std::uint32_t>> _rayAttributes;
-    std::vector<std::vector<std::uint32_t>> _none;
 };
 
 inline std::uint32_t ToWord(float value) { return std::bit_cast<std::uint32_t>(value); }
 inline float ToFloat(std::uint32_t word) { return std::bit_cast<float>(word); }
 
-/// Compiles and links one text; errors fail the test.
+/// Compiles and links one text; errors throw.
 std::shared_ptr<const LinkedProgram> LinkText(const std::string& text, Stage stage);
 
 /// What a ray program whose main runs @p statements adds to attachment 0 for one lane, in order.

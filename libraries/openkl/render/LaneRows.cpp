@@ -48,11 +48,15 @@ float LaneRows::_Get(LaneInput input, int lane) const {
     return ToFloat(_inputs[input][static_cast<std::size_t>(lane)]);
 }
 
-void LaneRows::GetSurface(int lane, float* position, float* normal) const {
+bool LaneRows::GetSurface(int lane, float* position, float* normal) const {
+    if (_inputs[kLaneInput_Missed][static_cast<std::size_t>(lane)] != 0) {
+        return false;
+    }
     for (int i = 0; i < 3; ++i) {
         position[i] = _Get(static_cast<LaneInput>(kLaneInput_HitPositionX + i), lane);
         normal[i] = _Get(static_cast<LaneInput>(kLaneInput_HitNormalX + i), lane);
     }
+    return true;
 }
 
 void LaneRows::SetSample(int lane, const std::array<float, 2>& pixelCoord, int sample,

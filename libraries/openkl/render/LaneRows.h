@@ -39,8 +39,8 @@ public:
     /// The rows as the input of a batch of the program of @p primitive.
     BatchInput MakeInput(int laneCount, const PlanPrimitive& primitive) const;
 
-    /// Where the ray of a lane met its surface.
-    void GetSurface(int lane, float* position, float* normal) const;
+    /// Where the ray of a lane met its surface. @return false, giving nothing, for one that missed
+    bool GetSurface(int lane, float* position, float* normal) const;
 
 private:
     using Row = std::array<std::uint32_t, kMaxLanes>;

@@ -61,8 +61,9 @@ RenderPlan::RenderPlan(Context& context, Scene& scene, ThreadTeam& team,
                    IsOfStage(object->GetCode(), kStage_Prefix)) {
             _pPrefix = std::make_unique<PlanPrimitive>(
                 _MakePrimitive(*object, true, constants, team, reports));
-        } else if (object->geometryNumber != SceneObject::kNone ||
-                   IsOfStage(object->GetCode(), kStage_Ray)) {
+        }
+        if (object->geometryNumber != SceneObject::kNone ||
+            IsOfStage(object->GetCode(), kStage_Ray)) {
             shading.push_back(object.get());
         }
     }

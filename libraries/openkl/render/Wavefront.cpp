@@ -99,10 +99,7 @@ private:
                 continue;
             }
             if (_hasSurface) {
-                float position[3];
-                float normal[3];
-                _wavefront._rows.GetSurface(query.firstLane + lane, position, normal);
-                LeaveSurface(position, normal, direction, origin);
+                _wavefront._LeaveSurface(query.firstLane + lane, direction, origin);
             }
             ++counter;
             function(lane, origin, direction, maxDistance);
@@ -353,6 +350,15 @@ void Wavefront::_Spawn(const PlanPrimitive& primitive, const Parents& parents) {
     }
 }
 
+/// Moves an origin off the surface that the ray of a lane met, if it starts there.
+void Wavefront::_LeaveSurface(int lane, const float* direction, float* origin) const {
+    float position[3];
+    float normal[3];
+    if (_rows.GetSurface(lane, position, normal)) {
+        LeaveSurface(position, normal, direction, origin);
+    }
+}
+
 /// @param hasSurface whether the parent stands on a surface that the ray may have to leave
 /// @return false for a ray that can't be traced
 bool Wavefront::_MakeRay(const SpawnedRay& spawned, const RayRecord& parent, bool hasSurface,
@@ -365,10 +371,7 @@ bool Wavefront::_MakeRay(const SpawnedRay& spawned, const RayRecord& parent, boo
         return false;
     }
     if (hasSurface) {
-        float position[3];
-        float normal[3];
-        _rows.GetSurface(static_cast<int>(spawned.lane), position, normal);
-        LeaveSurface(position, normal, ray.direction, ray.origin);
+        _LeaveSurface(static_cast<int>(spawned.lane), ray.direction, ray.origin);
     }
     std::copy_n(parent.pixelCoord, 2, ray.pixelCoord);
     ray.pixelX = parent.pixelX;

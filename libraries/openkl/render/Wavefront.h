@@ -63,6 +63,7 @@ private:
     void _Spawn(const PlanPrimitive& primitive, const Parents& parents);
     bool _MakeRay(const SpawnedRay& spawned, const RayRecord& parent, bool hasSurface,
                   RayRecord& ray) const;
+    void _LeaveSurface(int lane, const float* direction, float* origin) const;
     void _TraceSpawned(bool isCoherent);
 
     const RenderJob& _job;

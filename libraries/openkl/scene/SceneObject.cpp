@@ -9,9 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <iterator>
-#include <new>
 
 namespace Tolen::OpenKL {
 
@@ -47,27 +45,32 @@ bool SceneObject::Update(const TextureTable& textures, ThreadTeam& team, Statist
     _pCode = uniforms.GetCode();
     _binding.Update(uniforms, textures);
 
-    const std::uint64_t codeSerial = _pCode == nullptr ? 0 : _pCode->serial;
-    const std::uint64_t valueVersion =
-        _pCode != nullptr && ReadsUniforms(*_pCode) ? uniforms.GetVersion() : 0;
-    if (_meshVersion == _primitive.GetMeshVersion() &&
-        _transformVersion == _primitive.GetTransformVersion() && _codeSerial == codeSerial &&
-        _valueVersion == valueVersion) {
+    const Sources sources = _FindSources();
+    if (sources == _sources) {
         return false;
     }
-    _meshVersion = _primitive.GetMeshVersion();
-    _transformVersion = _primitive.GetTransformVersion();
-    _codeSerial = codeSerial;
-    _valueVersion = valueVersion;
     const bool hadTriangles = !_triangles.empty();
     if (_primitive.GetTriangleCount() == 0) {
         _triangles.clear();
         _vertices = VertexValues();
-        return hadTriangles;
+    } else {
+        _BuildVertices(textures, team, statistics, problems);
+        _BuildTriangles(problems);
     }
-    _BuildVertices(textures, team, statistics, problems);
-    _BuildTriangles(problems);
+    // Not before: what runs out of memory is made anew the next time.
+    _sources = sources;
     return hadTriangles || !_triangles.empty();
+}
+
+SceneObject::Sources SceneObject::_FindSources() const {
+    Sources sources;
+    sources.mesh = _primitive.GetMeshVersion();
+    sources.transform = _primitive.GetTransformVersion();
+    if (_pCode != nullptr) {
+        sources.code = _pCode->serial;
+        sources.values = ReadsUniforms(*_pCode) ? _primitive.GetUniforms().GetVersion() : 0;
+    }
+    return sources;
 }
 
 void SceneObject::_BuildVertices(const TextureTable& textures, ThreadTeam& team,
@@ -80,7 +83,9 @@ void SceneObject::_BuildVertices(const TextureTable& textures, ThreadTeam& team,
     ShadingBinding binding;
     if (_pCode != nullptr && _pCode->vertex != nullptr) {
         binding.Update(_primitive.GetUniforms(), textures);
-        binding.RunSetup(*_pCode->vertex, constants, team.GetKernelThread());
+        KernelThread& thread = team.GetKernelThread();
+        binding.RunSetup(*_pCode->vertex, constants, thread);
+        problems.stoppedInvocations += thread.output.stoppedInvocations;
         statistics.vertexInvocations += static_cast<std::int64_t>(_primitive.GetVertexCount());
     }
     _vertices = RunVertexStage(_primitive, _pCode.get(), binding.Get(), constants, team);
@@ -89,9 +94,8 @@ void SceneObject::_BuildVertices(const TextureTable& textures, ThreadTeam& team,
 }
 
 void SceneObject::_BuildTriangles(GeometryProblems& problems) {
-    const std::size_t vertexCount = _vertices.positions.size() / 3;
     const auto isUsable = [&](std::uint32_t vertex) {
-        if (vertex >= vertexCount) {
+        if (vertex >= _vertices.vertexCount) {
             return false;
         }
         const float* const position = _vertices.positions.data() + std::size_t{vertex} * 3;
@@ -111,17 +115,12 @@ void SceneObject::_BuildTriangles(GeometryProblems& problems) {
         return;
     }
 
-    auto* const positions = static_cast<float*>(
-        rtcSetNewGeometryBuffer(_geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3,
-                                3 * sizeof(float), vertexCount));
-    auto* const corners = static_cast<std::uint32_t*>(
-        rtcSetNewGeometryBuffer(_geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3,
-                                3 * sizeof(std::uint32_t), _triangles.size() / 3));
-    if (positions == nullptr || corners == nullptr) {
-        throw std::bad_alloc();
-    }
-    std::memcpy(positions, _vertices.positions.data(), _vertices.positions.size() * sizeof(float));
-    std::memcpy(corners, _triangles.data(), _triangles.size() * sizeof(std::uint32_t));
+    rtcSetSharedGeometryBuffer(_geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3,
+                               _vertices.positions.data(), 0, 3 * sizeof(float),
+                               _vertices.vertexCount);
+    rtcSetSharedGeometryBuffer(_geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3,
+                               _triangles.data(), 0, 3 * sizeof(std::uint32_t),
+                               _triangles.size() / 3);
     rtcCommitGeometry(_geometry);
 }
 

@@ -68,11 +68,17 @@ private:
     std::vector<std::uint32_t> _triangles; ///< three vertices each
     bool _isMirrored = false;
 
-    // What the geometry was made from.
-    std::uint64_t _meshVersion = 0;
-    std::uint64_t _transformVersion = 0;
-    std::uint64_t _codeSerial = 0;
-    std::uint64_t _valueVersion = 0;
+    /// Versions of what the geometry is made from.
+    struct Sources {
+        std::uint64_t mesh = 0;
+        std::uint64_t transform = 0;
+        std::uint64_t code = 0;
+        std::uint64_t values = 0; ///< 0 when the vertex shader reads none
+        bool operator==(const Sources&) const = default;
+    };
+    Sources _FindSources() const;
+
+    Sources _sources; ///< of the geometry that was made last
 };
 
 } // namespace Tolen::OpenKL

@@ -150,7 +150,7 @@ void CopyPositions(const Primitive& primitive, VertexValues& values) {
                                  .firstWord = 0,
                                  .wordCount = 4,
                                  .isInteger = false};
-    for (std::size_t vertex = 0; vertex < values.positions.size() / 3; ++vertex) {
+    for (std::size_t vertex = 0; vertex < values.vertexCount; ++vertex) {
         float position[4];
         for (int word = 0; word < 4; ++word) {
             position[word] = std::bit_cast<float>(ReadWord(source, vertex, word));
@@ -167,7 +167,8 @@ VertexValues RunVertexStage(const Primitive& primitive, const LinkedCode* code,
                             ThreadTeam& team) {
     const std::size_t vertices = primitive.GetVertexCount();
     VertexValues values;
-    values.positions.resize(vertices * 3);
+    values.vertexCount = vertices;
+    values.positions.resize(vertices * 3 + 1);
     if (code == nullptr || code->vertex == nullptr) {
         CopyPositions(primitive, values);
         return values;

@@ -14,7 +14,9 @@ struct LinkedCode;
 
 /// What the vertex stage made of the vertices of a primitive.
 struct VertexValues {
-    std::vector<float> positions; ///< x, y and z in world space
+    std::size_t vertexCount = 0;
+    /// x, y and z in world space, with one float behind the last for those who read by fours.
+    std::vector<float> positions;
     std::vector<std::uint32_t> varyings; ///< KernelLayout::varyingWords words for each vertex
     std::size_t varyingWords = 0;
     std::size_t stoppedInvocations = 0; ///< by the limit of loop steps

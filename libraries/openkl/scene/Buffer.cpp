@@ -27,7 +27,7 @@ bool Buffer::Resize(long offset, long bytes, bool keep) {
 }
 
 bool Buffer::_Store(long bytes, bool keep) {
-    if (bytes <= 0) {
+    if (bytes <= 0 || bytes > kMaxBytes) {
         return false;
     }
     try {

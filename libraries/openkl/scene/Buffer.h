@@ -15,9 +15,11 @@ struct BufferContent {
     std::uint64_t version = 0; ///< the stamp of the last change
 };
 
-/// Bytes in memory.
+/// Bytes in memory, up to a limit.
 class Buffer : public IKLBuffer {
 public:
+    static constexpr std::int64_t kMaxBytes = std::int64_t{1} << 34;
+
     Buffer() : _pContent(std::make_shared<BufferContent>()) {}
     ~Buffer() override;
     Buffer(const Buffer&) = delete;

@@ -25,12 +25,12 @@ using Row = Wide::I;
 
 Row LoadRow(const unsigned char* pBytes) {
     Row row;
-    __builtin_memcpy(&row, __builtin_assume_aligned(pBytes, 64), sizeof row);
+    __builtin_memcpy(&row, __builtin_assume_aligned(pBytes, sizeof(Row)), sizeof row);
     return row;
 }
 
 void StoreRow(unsigned char* pBytes, Row row) {
-    __builtin_memcpy(__builtin_assume_aligned(pBytes, 64), &row, sizeof row);
+    __builtin_memcpy(__builtin_assume_aligned(pBytes, sizeof(Row)), &row, sizeof row);
 }
 
 std::uint32_t* WordsOf(const ExecutionState& state, std::uint32_t offset) {

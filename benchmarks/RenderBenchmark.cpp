@@ -71,9 +71,8 @@ public:
 
     void Report(benchmark::State& state) const {
         const Statistics statistics = _pContext->GetStatistics();
-        const auto rays =
-            static_cast<double>(statistics.cameraRays + statistics.secondaryRays +
-                                statistics.occlusionRays + statistics.distanceRays);
+        const auto rays = static_cast<double>(statistics.cameraRays + statistics.secondaryRays +
+                                              statistics.occlusionRays + statistics.distanceRays);
         const auto samples = static_cast<double>(statistics.frameInvocations);
         state.counters["rays"] = benchmark::Counter(rays, benchmark::Counter::kIsRate);
         state.counters["samples"] = benchmark::Counter(samples, benchmark::Counter::kIsRate);
@@ -177,9 +176,15 @@ void BM_CameraRays(benchmark::State& state) {
                "void main() { accumulate(0, weight * Normal); }");
 }
 
-void BM_OneBounce(benchmark::State& state) { Run(state, MakeMatt(1)); }
-void BM_Paths(benchmark::State& state) { Run(state, MakeMatt(8)); }
-void BM_Shadows(benchmark::State& state) { Run(state, kLit); }
+void BM_OneBounce(benchmark::State& state) {
+    Run(state, MakeMatt(1));
+}
+void BM_Paths(benchmark::State& state) {
+    Run(state, MakeMatt(8));
+}
+void BM_Shadows(benchmark::State& state) {
+    Run(state, kLit);
+}
 
 void BM_FrameProgramAlone(benchmark::State& state) {
     Scene scene(static_cast<int>(state.range(0)),

@@ -137,8 +137,8 @@ TEST(Context, Images_WithOddArguments_AreRefused) {
     };
     for (const Case& test : cases) {
         IKLTexImage2D* const image = scene.pContext->CreateTexImage2D();
-        EXPECT_FALSE(image->Init(test.width, test.height, test.format, test.wrap,
-                                 test.minification, test.magnification, test.data, false))
+        EXPECT_FALSE(image->Init(test.width, test.height, test.format, test.wrap, test.minification,
+                                 test.magnification, test.data, false))
             << test.name;
         EXPECT_EQ(nullptr, image->GetTexture()) << test.name;
         EXPECT_EQ(0, image->GetWidth()) << test.name;
@@ -146,7 +146,8 @@ TEST(Context, Images_WithOddArguments_AreRefused) {
     // Memory is counted while images live; borrowed texels are not.
     IKLTexImage2D* const first = scene.pContext->CreateTexImage2D();
     IKLTexImage2D* const second = scene.pContext->CreateTexImage2D();
-    EXPECT_TRUE(first->Init(100, 10, good, KL_REPEAT, KL_NEAREST, KL_NEAREST, texels.data(), false));
+    EXPECT_TRUE(
+        first->Init(100, 10, good, KL_REPEAT, KL_NEAREST, KL_NEAREST, texels.data(), false));
     EXPECT_FALSE(second->Init(1, 1, good, KL_REPEAT, KL_NEAREST, KL_NEAREST, texels.data(), false));
     EXPECT_TRUE(second->Init(1, 1, good, KL_REPEAT, KL_NEAREST, KL_NEAREST, texels.data(), true));
     scene.pContext->DestroyTexImage2D(first);

@@ -28,8 +28,8 @@ TEST(ProgramApi, Locations_OfDeclaredUniformsAndBlocks_AreThereUsedOrNot) {
 
 TEST(ProgramApi, Locations_BeforeALinkAndAfterAFailedOne_AreNegative) {
     RenderFixture scene;
-    IKLShader* const good = scene.MakeShader(
-        IKLShader::kType_Frame, "uniform float x; void main() { accumulate(0, x); }");
+    IKLShader* const good = scene.MakeShader(IKLShader::kType_Frame,
+                                             "uniform float x; void main() { accumulate(0, x); }");
     IKLProgram* const program = scene.pContext->CreateProgram();
     EXPECT_TRUE(program->AddShader(good));
     EXPECT_LT(program->GetUniformLocation("x"), 0);
@@ -54,8 +54,8 @@ TEST(ProgramApi, AddShader_Twice_AnswersTrueAndAttachesOnce) {
 
 TEST(ProgramApi, DestroyedShader_IsDetachedEverywhereAndWhatIsLinkedRuns) {
     RenderFixture scene;
-    IKLShader* const shader = scene.MakeShader(IKLShader::kType_Frame,
-                                               "void main() { accumulate(0, 3.0); }");
+    IKLShader* const shader =
+        scene.MakeShader(IKLShader::kType_Frame, "void main() { accumulate(0, 3.0); }");
     IKLProgram* const first = scene.Link({shader});
     IKLProgram* const second = scene.Link({shader});
     scene.pContext->SetFramePrimitive(scene.MakePrimitive(first));
@@ -70,8 +70,8 @@ TEST(ProgramApi, DestroyedShader_IsDetachedEverywhereAndWhatIsLinkedRuns) {
 
 TEST(ProgramApi, Relink_ReplacesWhatRuns) {
     RenderFixture scene;
-    IKLShader* const shader = scene.MakeShader(IKLShader::kType_Frame,
-                                               "void main() { accumulate(0, 1.0); }");
+    IKLShader* const shader =
+        scene.MakeShader(IKLShader::kType_Frame, "void main() { accumulate(0, 1.0); }");
     IKLProgram* const program = scene.Link({shader});
     scene.pContext->SetFramePrimitive(scene.MakePrimitive(program));
     EXPECT_EQ(1.0f, scene.Render(1, 1).At(0, 0));
@@ -117,15 +117,15 @@ TEST(ProgramApi, FailedCompile_LeavesOneMessageAndNoCode) {
 
 TEST(ProgramApi, Texts_ShareGlobalsAndFunctions) {
     RenderFixture scene;
-    IPrimitive* const frame = scene.MakePrimitive(scene.Link(
-        {scene.MakeShader(IKLShader::kType_Frame, R"(
+    IPrimitive* const frame =
+        scene.MakePrimitive(scene.Link({scene.MakeShader(IKLShader::kType_Frame, R"(
             uniform float scale;
             float shared;
             void prepare();
             float nowhere(float x);
             float nowhere(float x);
             void main() { prepare(); accumulate(0, shared * scale); })"),
-         scene.MakeShader(IKLShader::kType_Frame, R"(
+                                        scene.MakeShader(IKLShader::kType_Frame, R"(
             uniform float scale;
             float shared;
             void prepare() { shared = scale + 1.0; })")}));

@@ -97,8 +97,7 @@ public:
     }
 
     IPrimitive* MakeMiss(const std::string& text) {
-        IPrimitive* const primitive =
-            MakePrimitive(Link({MakeShader(IKLShader::kType_Ray, text)}));
+        IPrimitive* const primitive = MakePrimitive(Link({MakeShader(IKLShader::kType_Ray, text)}));
         pContext->SetMissPrimitive(primitive);
         return primitive;
     }

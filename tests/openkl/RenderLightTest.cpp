@@ -47,8 +47,8 @@ TEST(RenderLight, ClosedMesh_LeaksNoRay) {
                 spawnRay(middle, vec3(r - 0.5, 0.3));
             })");
         EXPECT_TRUE(RenderFixture::SetUniform(*frame, "middle", Vector3f(offset, offset, offset)));
-        IPrimitive* const room = scene.MakeObject(
-            MakeSphere(2.0f, 40, 20), std::string(kCosineDirection) + R"(
+        IPrimitive* const room =
+            scene.MakeObject(MakeSphere(2.0f, 40, 20), std::string(kCosineDirection) + R"(
             void main() {
                 accumulate(0, 1.0);
                 spawnRay(kl_HitPosition, cosineDirection(kl_HitFront ? kl_HitNormal : -kl_HitNormal));

@@ -32,8 +32,8 @@ TEST(RenderLimits, NumbersThatAreNone_NeverReachAFramebuffer) {
 
 TEST(RenderLimits, Reports_ComeOnceForEachLink) {
     RenderFixture scene;
-    IPrimitive* const frame = scene.MakeFrame(
-        "uniform float zero; void main() { accumulate(0, 1.0 / zero); }");
+    IPrimitive* const frame =
+        scene.MakeFrame("uniform float zero; void main() { accumulate(0, 1.0 / zero); }");
     EXPECT_NE("", scene.RenderMessages(2, 2));
     EXPECT_EQ("", scene.RenderMessages(2, 2));
     EXPECT_EQ(8, scene.pContext->GetStatistics().valuesReplaced);
@@ -231,9 +231,8 @@ TEST(RenderLimits, OddSettings_FailWithAMessage) {
         {"all samples", [](RenderSettings& settings) { settings.sampleCount = -1; }},
         {"width", [](RenderSettings& settings) { settings.width = -1; }},
         {"height", [](RenderSettings& settings) { settings.height = -1; }},
-        {"sum", [](RenderSettings& settings) {
-             settings.firstSample = std::numeric_limits<int>::max();
-         }},
+        {"sum",
+         [](RenderSettings& settings) { settings.firstSample = std::numeric_limits<int>::max(); }},
     };
     for (const Case& test : cases) {
         RenderSettings settings;
@@ -260,7 +259,8 @@ TEST(RenderLimits, RoleWithAProgramOfAnotherStage_IsNoFrame) {
     EXPECT_NE("", scene.RenderMessages(1, 1));
     // A frame program on a surface stops rays and shades none.
     scene.MakeFrame(RenderFixture::parallelCamera);
-    IPrimitive* const surface = scene.MakePrimitive(scene.pContext->GetFramePrimitive()->GetProgram());
+    IPrimitive* const surface =
+        scene.MakePrimitive(scene.pContext->GetFramePrimitive()->GetProgram());
     EXPECT_TRUE(SetMesh(*surface, MakePlane(4.0f, 4.0f)));
     scene.pContext->SetPrefixPrimitive(surface);
     EXPECT_EQ(0.0f, scene.Render(2, 2).At(0, 0));
@@ -272,8 +272,8 @@ TEST(RenderLimits, ObjectsDestroyedBetweenRenders_AreGone) {
     scene.MakeFrame(RenderFixture::parallelCamera);
     std::vector<IPrimitive*> planes;
     for (int i = 0; i < 4; ++i) {
-        planes.push_back(
-            scene.MakeObject(MakePlane(4.0f, 4.0f), "void main() { accumulate(0, kl_HitPosition.z); }"));
+        planes.push_back(scene.MakeObject(MakePlane(4.0f, 4.0f),
+                                          "void main() { accumulate(0, kl_HitPosition.z); }"));
         Matrix44f matrix;
         matrix(2, 3) = static_cast<float>(i);
         EXPECT_TRUE(planes.back()->SetTransform(matrix));

@@ -47,11 +47,11 @@ TEST(ExactSum, SingleValues_ComeBackOrAreHeldAndRounded) {
     };
     const float step = std::exp2(-56.0f);
     const float most = std::exp2(44.0f);
-    const Case cases[] = {{0.0f, 0.0f},         {-0.0f, 0.0f},         {1.0f, 1.0f},
-                          {-1.0f, -1.0f},       {0.1f, 0.1f},          {FLT_MIN, 0.0f},
-                          {FLT_MAX, most},      {-FLT_MAX, -most},     {most, most},
-                          {step, step},         {step * 0.75f, step},  {step * 0.25f, 0.0f},
-                          {-step * 0.75f, -step}, {1.4e-45f, 0.0f},    {16777215.0f, 16777215.0f}};
+    const Case cases[] = {{0.0f, 0.0f},           {-0.0f, 0.0f},        {1.0f, 1.0f},
+                          {-1.0f, -1.0f},         {0.1f, 0.1f},         {FLT_MIN, 0.0f},
+                          {FLT_MAX, most},        {-FLT_MAX, -most},    {most, most},
+                          {step, step},           {step * 0.75f, step}, {step * 0.25f, 0.0f},
+                          {-step * 0.75f, -step}, {1.4e-45f, 0.0f},     {16777215.0f, 16777215.0f}};
     for (const Case& test : cases) {
         ExactSum sum;
         sum.Add(test.value);

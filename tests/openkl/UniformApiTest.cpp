@@ -32,7 +32,7 @@ constexpr const char* kEveryType = R"(
         accumulate(8, texture2D(theTexture, vec2(0.5)));
     })";
 
-constexpr const char* kNames[] = {"thePrimitive", "theTexture", "theMat4",  "theMat3", "theVec4",
+constexpr const char* kNames[] = {"thePrimitive", "theTexture", "theMat4",  "theMat3",  "theVec4",
                                   "theVec3",      "theVec2",    "theFloat", "theIvec4", "theIvec3",
                                   "theIvec2",     "theInt",     "theBool"};
 
@@ -67,9 +67,9 @@ TEST(UniformApi, Write_OfEveryType_IsWhatProgramsRead) {
 
     IFramebuffer* const framebuffer = scene.MakeFramebuffer(1, 1, 9);
     EXPECT_EQ(kRender_Finished, scene.pContext->Render(framebuffer, RenderSettings(), nullptr));
-    const float expected[9][4] = {{4, 5, 6, 7},     {6, 7, 8, 0},       {1, 2, 3, 4},
-                                  {5, 6, 7, 0},     {8, 9, 10, 0},      {-1, -2, -3, -4},
-                                  {-5, -6, -7, 0},  {-8, -9, -10, 1},   {7, 0, 0, 1}};
+    const float expected[9][4] = {{4, 5, 6, 7},    {6, 7, 8, 0},     {1, 2, 3, 4},
+                                  {5, 6, 7, 0},    {8, 9, 10, 0},    {-1, -2, -3, -4},
+                                  {-5, -6, -7, 0}, {-8, -9, -10, 1}, {7, 0, 0, 1}};
     for (int attachment = 0; attachment < 9; ++attachment) {
         for (int channel = 0; channel < 4; ++channel) {
             EXPECT_EQ(expected[attachment][channel],
@@ -177,7 +177,8 @@ TEST(UniformApi, Blocks_ReadTheBuffersLaterContentAndSize) {
     IKLProgram* const program = frame->GetProgram();
     IKLBuffer* const values = scene.pContext->CreateBuffer();
     IKLBuffer* const flags = scene.pContext->CreateBuffer();
-    EXPECT_TRUE(frame->SetUniformBlock("Values", program->GetUniformBlockLocation("Values"), values));
+    EXPECT_TRUE(
+        frame->SetUniformBlock("Values", program->GetUniformBlockLocation("Values"), values));
     EXPECT_TRUE(frame->SetUniformBlock("Flags", program->GetUniformBlockLocation("Flags"), flags));
     EXPECT_TRUE(RenderFixture::SetUniform(*frame, "index", 1));
     EXPECT_EQ(0.0f, scene.Render(1, 1).At(0, 0)) << "a buffer without storage";
@@ -216,8 +217,8 @@ TEST(UniformApi, Blocks_ReadTheBuffersLaterContentAndSize) {
 TEST(UniformApi, SetUniformBlock_WithAForeignBuffer_AnswersFalse) {
     RenderFixture scene;
     RenderFixture other;
-    IPrimitive* const frame = scene.MakeFrame(
-        "uniformblock B { float a[1]; }; void main() { accumulate(0, B.a[0]); }");
+    IPrimitive* const frame =
+        scene.MakeFrame("uniformblock B { float a[1]; }; void main() { accumulate(0, B.a[0]); }");
     const int location = frame->GetProgram()->GetUniformBlockLocation("B");
     EXPECT_FALSE(frame->SetUniformBlock("B", location, other.pContext->CreateBuffer()));
     EXPECT_TRUE(frame->SetUniformBlock("B", location, nullptr));

@@ -7,7 +7,9 @@ namespace Tolen::OpenKL {
 
 namespace {
 
-bool IsAttachment(int index) { return index >= 0 && index < IFramebuffer::kAttachments; }
+bool IsAttachment(int index) {
+    return index >= 0 && index < IFramebuffer::kAttachments;
+}
 
 } // namespace
 

@@ -12,7 +12,9 @@ namespace Tolen::OpenKL {
 
 namespace {
 
-float ToFloat(std::uint32_t word) { return std::bit_cast<float>(word); }
+float ToFloat(std::uint32_t word) {
+    return std::bit_cast<float>(word);
+}
 
 } // namespace
 
@@ -21,8 +23,8 @@ LaneRows::LaneRows(const RenderPlan& plan)
     std::size_t varyings = 0;
     for (const PlanPrimitive& primitive : plan.GetPrimitives()) {
         if (primitive.pProgram != nullptr) {
-            varyings = std::max(varyings,
-                                static_cast<std::size_t>(primitive.pProgram->varyingWords));
+            varyings =
+                std::max(varyings, static_cast<std::size_t>(primitive.pProgram->varyingWords));
         }
     }
     _varyings.resize(varyings);
@@ -82,8 +84,7 @@ void LaneRows::SetRay(int lane, const RayRecord& ray, const std::uint32_t* attri
     _Set(kLaneInput_HitFront, lane, point.isFront ? 1u : 0u);
     _Set(kLaneInput_HitBarycentricX, lane, ray.u);
     _Set(kLaneInput_HitBarycentricY, lane, ray.v);
-    _Set(kLaneInput_HitPrimitive, lane,
-         isMissed ? 0u : static_cast<std::uint32_t>(reached.handle));
+    _Set(kLaneInput_HitPrimitive, lane, isMissed ? 0u : static_cast<std::uint32_t>(reached.handle));
     _Set(kLaneInput_Missed, lane, isMissed ? 1u : 0u);
     for (std::size_t word = 0; word < program.attributePlaces.size(); ++word) {
         _attributes[word][static_cast<std::size_t>(lane)] =
@@ -165,11 +166,10 @@ float LaneRows::_FindFootprint(const RayRecord& ray, const PlanPrimitive& primit
     const double cross[3] = {edges[0][1] * edges[1][2] - edges[0][2] * edges[1][1],
                              edges[0][2] * edges[1][0] - edges[0][0] * edges[1][2],
                              edges[0][0] * edges[1][1] - edges[0][1] * edges[1][0]};
-    const double area =
-        std::sqrt(cross[0] * cross[0] + cross[1] * cross[1] + cross[2] * cross[2]);
-    const double coordArea = std::fabs(
-        double{coords[1][0] - coords[0][0]} * double{coords[2][1] - coords[0][1]} -
-        double{coords[1][1] - coords[0][1]} * double{coords[2][0] - coords[0][0]});
+    const double area = std::sqrt(cross[0] * cross[0] + cross[1] * cross[1] + cross[2] * cross[2]);
+    const double coordArea =
+        std::fabs(double{coords[1][0] - coords[0][0]} * double{coords[2][1] - coords[0][1]} -
+                  double{coords[1][1] - coords[0][1]} * double{coords[2][0] - coords[0][0]});
     if (!(area > 0.0)) {
         return 0.0f;
     }

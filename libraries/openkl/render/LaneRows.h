@@ -24,8 +24,8 @@ public:
     void SetSample(int lane, const std::array<float, 2>& pixelCoord, int sample,
                    std::uint32_t randomSeed);
 
-    /// Fills a lane of a prefix or ray program: the ray, what it reached and, of the attributes that
-    /// it carries, those of @p program.
+    /// Fills a lane of a prefix or ray program: the ray, what it reached and, of the attributes
+    /// that it carries, those of @p program.
     /// @param reached the primitive that the ray reached
     void SetRay(int lane, const RayRecord& ray, const std::uint32_t* attributes,
                 const PlanPrimitive& reached, const PlanProgram& program);

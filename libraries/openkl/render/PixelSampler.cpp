@@ -50,7 +50,9 @@ std::uint32_t SobolReversed(std::uint32_t index) {
 }
 
 /// To 0 and below 1.
-float ToUnit(std::uint32_t value) { return static_cast<float>(value >> 8) * 0x1p-24f; }
+float ToUnit(std::uint32_t value) {
+    return static_cast<float>(value >> 8) * 0x1p-24f;
+}
 
 double BlackmanHarris(double x) {
     const double phase = std::numbers::pi * (x / kRadius + 1.0);

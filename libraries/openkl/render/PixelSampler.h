@@ -5,8 +5,8 @@
 
 namespace Tolen::OpenKL {
 
-/// Where the samples of a pixel lie: a scrambled low-discrepancy sequence of its own for each pixel,
-/// spread over the pixel or by a reconstruction filter around it.
+/// Where the samples of a pixel lie: a scrambled low-discrepancy sequence of its own for each
+/// pixel, spread over the pixel or by a reconstruction filter around it.
 ///
 /// Owen scrambling by hashing after Laine and Karras, "Stratified Sampling for Stochastic
 /// Transparency" (2011), as refined by Burley, "Practical Hash-based Owen Scrambling" (2020).

@@ -65,9 +65,8 @@ public:
         const std::size_t kept = from.GetCount() - count;
         _records.assign(from._records.begin() + static_cast<std::ptrdiff_t>(kept),
                         from._records.end());
-        _attributes.assign(
-            from._attributes.begin() + static_cast<std::ptrdiff_t>(kept * _stride),
-            from._attributes.end());
+        _attributes.assign(from._attributes.begin() + static_cast<std::ptrdiff_t>(kept * _stride),
+                           from._attributes.end());
         from.Truncate(kept);
     }
 

@@ -18,8 +18,8 @@ class RayTracer {
 public:
     explicit RayTracer(const Scene& scene);
 
-    /// Traces every ray of @p rays. Fills triangle, u, v and distance of each and sets its primitive
-    /// to the number of the geometry, RTC_INVALID_GEOMETRY_ID for none.
+    /// Traces every ray of @p rays. Fills triangle, u, v and distance of each and sets its
+    /// primitive to the number of the geometry, RTC_INVALID_GEOMETRY_ID for none.
     void Trace(RayList& rays) const;
     /// The same in packets of 16 in the order of the rays, which is a part of the result.
     void TraceCoherent(RayList& rays) const;

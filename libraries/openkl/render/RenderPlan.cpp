@@ -92,8 +92,8 @@ RenderPlan::RenderPlan(Context& context, Scene& scene, ThreadTeam& team,
 
 std::uint32_t RenderPlan::FindMissPrimitive(std::int32_t handle) const {
     const auto found = _primitiveOfHandle.find(handle);
-    const bool isShading = found != _primitiveOfHandle.end() &&
-                           _primitives[found->second].pProgram != nullptr;
+    const bool isShading =
+        found != _primitiveOfHandle.end() && _primitives[found->second].pProgram != nullptr;
     return isShading ? found->second : kNone;
 }
 

@@ -26,10 +26,10 @@ struct RenderSettings;
 
 /// How a varying goes from the vertices of a triangle to a hit.
 struct Interpolation {
-    int firstWord;       ///< in the rows of the batch and in the record of a vertex
+    int firstWord; ///< in the rows of the batch and in the record of a vertex
     int wordCount;
-    bool isFlat;         ///< not a float: the first vertex decides
-    bool isNormalized;   ///< to unit length after interpolation
+    bool isFlat;       ///< not a float: the first vertex decides
+    bool isNormalized; ///< to unit length after interpolation
 };
 
 /// A program as one render uses it.

@@ -28,9 +28,7 @@ constexpr int kSamplesOfPass = 16;
 class ScopedSeconds {
 public:
     explicit ScopedSeconds(double& seconds) : _seconds(seconds) {}
-    ~ScopedSeconds() {
-        _seconds += std::chrono::duration<double>(Clock::now() - _start).count();
-    }
+    ~ScopedSeconds() { _seconds += std::chrono::duration<double>(Clock::now() - _start).count(); }
     ScopedSeconds(const ScopedSeconds&) = delete;
     ScopedSeconds& operator=(const ScopedSeconds&) = delete;
 

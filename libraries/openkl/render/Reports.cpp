@@ -113,9 +113,9 @@ void Reports::AddTo(Statistics& statistics) const {
 
 void Reports::Tell(const Limits& limits, std::set<std::string>& told, Result& result) const {
     for (const auto& [key, entry] : _entries) {
-        const std::string name = Format("%d %llu %d %d", static_cast<int>(key.problem),
-                                        static_cast<unsigned long long>(key.link), key.text,
-                                        key.line);
+        const std::string name =
+            Format("%d %llu %d %d", static_cast<int>(key.problem),
+                   static_cast<unsigned long long>(key.link), key.text, key.line);
         if (!told.insert(name).second) {
             continue;
         }

@@ -14,7 +14,9 @@ namespace Tolen::OpenKL {
 
 namespace {
 
-float Dot(const float* a, const float* b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
+float Dot(const float* a, const float* b) {
+    return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+}
 
 /// Steps a coordinate by representable numbers, or by a fixed length near zero.
 float Offset(float coordinate, float normal) {

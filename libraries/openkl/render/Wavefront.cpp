@@ -25,8 +25,12 @@ static_assert(kBlockSide * kBlockSide == kMaxLanes);
 constexpr std::size_t kStepRays = 4096;
 
 /// The pixel of a lane of a frame batch: 16 lanes, a packet of rays, cover 4 x 4 pixels.
-int GetLaneX(int lane) { return (lane / 16 % 4) * 4 + lane % 4; }
-int GetLaneY(int lane) { return (lane / 64) * 4 + lane % 16 / 4; }
+int GetLaneX(int lane) {
+    return (lane / 16 % 4) * 4 + lane % 4;
+}
+int GetLaneY(int lane) {
+    return (lane / 64) * 4 + lane % 16 / 4;
+}
 
 bool IsFinite(const float* values, int count) {
     return std::all_of(values, values + count, [](float value) { return std::isfinite(value); });
@@ -151,9 +155,8 @@ void Wavefront::_RunFrame(int blockX, int blockY, int sample) {
             y >= _tile.y + _tile.height) {
             continue;
         }
-        const auto pixel = static_cast<std::uint32_t>(std::int64_t{y} *
-                                                          _job.framebuffer.GetWidth() +
-                                                      x);
+        const auto pixel =
+            static_cast<std::uint32_t>(std::int64_t{y} * _job.framebuffer.GetWidth() + x);
         const std::uint32_t seed = HashSeed(pixel);
         const std::array<float, 2> coord = _job.sampler.GetPosition(x, y, seed, sample);
         RayRecord record{};
@@ -240,8 +243,8 @@ void Wavefront::_RunPrefix() {
 /// Runs the programs of what the rays of the step reached, in batches of one primitive each.
 void Wavefront::_RunPrograms() {
     const auto getPrimitive = [&](std::uint32_t index) { return _step.GetRecord(index).primitive; };
-    RadixSort(_order, _sortScratch,
-              static_cast<std::uint32_t>(_job.plan.GetPrimitives().size()), getPrimitive);
+    RadixSort(_order, _sortScratch, static_cast<std::uint32_t>(_job.plan.GetPrimitives().size()),
+              getPrimitive);
     for (std::size_t first = 0; first < _order.size();) {
         const std::uint32_t primitive = getPrimitive(_order[first]);
         std::size_t end = first + 1;
@@ -274,12 +277,11 @@ void Wavefront::_RunBatch(const PlanPrimitive& primitive, const std::uint32_t* i
 void Wavefront::_Finish(const PlanPrimitive& primitive, const Parents& parents) {
     const BatchOutput& output = _thread.output;
     if (output.stoppedInvocations != 0) {
-        _reports.Count(kProblem_LoopSteps, primitive, output.stoppedInvocations,
-                       output.stoppedText, output.stoppedLine);
+        _reports.Count(kProblem_LoopSteps, primitive, output.stoppedInvocations, output.stoppedText,
+                       output.stoppedLine);
     }
     if (output.droppedRays != 0) {
-        _reports.Count(kProblem_RayCount, primitive,
-                       static_cast<std::int64_t>(output.droppedRays));
+        _reports.Count(kProblem_RayCount, primitive, static_cast<std::int64_t>(output.droppedRays));
     }
     if (output.surplusAccumulates != 0) {
         _reports.Count(kProblem_Accumulates, primitive,
@@ -400,8 +402,8 @@ void Wavefront::_TraceSpawned(bool isCoherent) {
         } else {
             ++_reports.counters.misses;
             const std::int32_t miss = _missPrimitives[i];
-            ray.primitive = miss == KL_NO_PRIMITIVE ? _job.plan.GetMiss()
-                                                    : _job.plan.FindMissPrimitive(miss);
+            ray.primitive =
+                miss == KL_NO_PRIMITIVE ? _job.plan.GetMiss() : _job.plan.FindMissPrimitive(miss);
             ray.triangle = RayRecord::kMissed;
             ray.u = 0.0f;
             ray.v = 0.0f;

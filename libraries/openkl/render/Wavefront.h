@@ -32,8 +32,8 @@ struct RenderJob {
 /// and adds what is accumulated to the framebuffer.
 ///
 /// Rays that were traced wait on a stack. Each step takes the newest ones, as many as make full
-/// batches, runs them program by program, and traces what they spawn. So the stack stays within what
-/// one step and the depth of rays make, whatever the size of the picture.
+/// batches, runs them program by program, and traces what they spawn. So the stack stays within
+/// what one step and the depth of rays make, whatever the size of the picture.
 class Wavefront {
 public:
     /// Pixels along the side of a tile.
@@ -55,8 +55,7 @@ private:
     void _Step();
     void _RunPrefix();
     void _RunPrograms();
-    void _RunBatch(const PlanPrimitive& primitive, const std::uint32_t* indices,
-                   std::size_t count);
+    void _RunBatch(const PlanPrimitive& primitive, const std::uint32_t* indices, std::size_t count);
 
     void _Finish(const PlanPrimitive& primitive, const Parents& parents);
     void _Accumulate(const PlanPrimitive& primitive, const Parents& parents);
@@ -72,8 +71,8 @@ private:
     LaneRows _rows;
     RayList _stack;
     RayList _spawned;
-    RayList _step;                             ///< what the current step works on
-    std::vector<std::uint32_t> _order;         ///< indices into _step
+    RayList _step;                     ///< what the current step works on
+    std::vector<std::uint32_t> _order; ///< indices into _step
     std::vector<std::uint32_t> _sortScratch;
     RayList _samples;                          ///< of a frame batch, as the parents of its rays
     std::vector<std::int32_t> _missPrimitives; ///< of the rays in _spawned

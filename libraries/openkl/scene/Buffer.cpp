@@ -54,7 +54,9 @@ bool Buffer::Unbind(int target) {
     return true;
 }
 
-IKLBuffer* Buffer::GetBound(int target) const { return GetBoundBuffer(target); }
+IKLBuffer* Buffer::GetBound(int target) const {
+    return GetBoundBuffer(target);
+}
 
 void* Buffer::Map(int access, int) {
     if (GetSize() == 0) {

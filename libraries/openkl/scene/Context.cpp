@@ -80,15 +80,31 @@ Context::~Context() {
     _shaders.Clear();
 }
 
-bool Context::IsUsable() const { return _pRenderer->IsUsable(); }
+bool Context::IsUsable() const {
+    return _pRenderer->IsUsable();
+}
 
-IKLShader* Context::CreateShader(IKLShader::Type type) { return Make(_shaders, *this, type); }
-void Context::DestroyShader(IKLShader* shader) { _shaders.Remove(shader); }
-IKLProgram* Context::CreateProgram() { return Make(_programs, *this); }
-void Context::DestroyProgram(IKLProgram* program) { _programs.Remove(program); }
-IKLBuffer* Context::CreateBuffer() { return Make(_buffers); }
-void Context::DestroyBuffer(IKLBuffer* buffer) { _buffers.Remove(buffer); }
-IKLTexImage2D* Context::CreateTexImage2D() { return Make(_images, *this); }
+IKLShader* Context::CreateShader(IKLShader::Type type) {
+    return Make(_shaders, *this, type);
+}
+void Context::DestroyShader(IKLShader* shader) {
+    _shaders.Remove(shader);
+}
+IKLProgram* Context::CreateProgram() {
+    return Make(_programs, *this);
+}
+void Context::DestroyProgram(IKLProgram* program) {
+    _programs.Remove(program);
+}
+IKLBuffer* Context::CreateBuffer() {
+    return Make(_buffers);
+}
+void Context::DestroyBuffer(IKLBuffer* buffer) {
+    _buffers.Remove(buffer);
+}
+IKLTexImage2D* Context::CreateTexImage2D() {
+    return Make(_images, *this);
+}
 
 void Context::DestroyTexImage2D(IKLTexImage2D* image) {
     _images.Remove(image);
@@ -132,18 +148,32 @@ IFramebuffer* Context::CreateFramebuffer(int width, int height, Result* result) 
     return framebuffer;
 }
 
-void Context::DestroyFramebuffer(IFramebuffer* framebuffer) { _framebuffers.Remove(framebuffer); }
+void Context::DestroyFramebuffer(IFramebuffer* framebuffer) {
+    _framebuffers.Remove(framebuffer);
+}
 
-void Context::SetFramePrimitive(IKLPrimitive* primitive) { _pFrame = _primitives.Find(primitive); }
+void Context::SetFramePrimitive(IKLPrimitive* primitive) {
+    _pFrame = _primitives.Find(primitive);
+}
 void Context::SetPrefixPrimitive(IKLPrimitive* primitive) {
     _pPrefix = _primitives.Find(primitive);
 }
-void Context::SetMissPrimitive(IKLPrimitive* primitive) { _pMiss = _primitives.Find(primitive); }
-IPrimitive* Context::GetFramePrimitive() const { return _pFrame; }
-IPrimitive* Context::GetPrefixPrimitive() const { return _pPrefix; }
-IPrimitive* Context::GetMissPrimitive() const { return _pMiss; }
+void Context::SetMissPrimitive(IKLPrimitive* primitive) {
+    _pMiss = _primitives.Find(primitive);
+}
+IPrimitive* Context::GetFramePrimitive() const {
+    return _pFrame;
+}
+IPrimitive* Context::GetPrefixPrimitive() const {
+    return _pPrefix;
+}
+IPrimitive* Context::GetMissPrimitive() const {
+    return _pMiss;
+}
 
-bool Context::Prepare(Result* result) { return _pRenderer->Prepare(result); }
+bool Context::Prepare(Result* result) {
+    return _pRenderer->Prepare(result);
+}
 
 RenderOutcome Context::Render(IFramebuffer* framebuffer, const RenderSettings& settings,
                               Result* result) {
@@ -157,15 +187,21 @@ RenderOutcome Context::Render(IFramebuffer* framebuffer, const RenderSettings& s
     return _pRenderer->Render(*own, settings, result);
 }
 
-void Context::Cancel() { _pRenderer->Cancel(); }
+void Context::Cancel() {
+    _pRenderer->Cancel();
+}
 
 void Context::ResetStatistics() {
     _statistics = Statistics();
     _pRenderer->ForgetTold();
 }
 
-Shader* Context::FindShader(const IKLShader* shader) const { return _shaders.Find(shader); }
-Buffer* Context::FindBuffer(const IKLBuffer* buffer) const { return _buffers.Find(buffer); }
+Shader* Context::FindShader(const IKLShader* shader) const {
+    return _shaders.Find(shader);
+}
+Buffer* Context::FindBuffer(const IKLBuffer* buffer) const {
+    return _buffers.Find(buffer);
+}
 
 bool Context::AcquireTextureBytes(std::int64_t bytes) {
     if (bytes > _options.limits.textureBytes - _textureBytes) {
@@ -182,7 +218,9 @@ bool Context::AcquireTextureBytes(std::int64_t bytes) {
     return true;
 }
 
-void Context::OnTexturesChanged() { _textureVersion = MakeStamp(); }
+void Context::OnTexturesChanged() {
+    _textureVersion = MakeStamp();
+}
 
 IContext* CreateContext(const ContextOptions& options, Result* result) {
     const char* problem = FindProblem(options);
@@ -204,6 +242,8 @@ IContext* CreateContext(const ContextOptions& options, Result* result) {
     return context.release();
 }
 
-void DestroyContext(IContext* context) { delete static_cast<Context*>(context); }
+void DestroyContext(IContext* context) {
+    delete static_cast<Context*>(context);
+}
 
 } // namespace Tolen::OpenKL

@@ -58,8 +58,8 @@ public:
     RenderOutcome Render(IFramebuffer* framebuffer, const RenderSettings& settings,
                          Result* result) override;
     void Cancel() override;
-    bool AddListenerText(
-        FastDelegate2<const IKLShader&, const std::string&, bool>& listener) override {
+    bool
+    AddListenerText(FastDelegate2<const IKLShader&, const std::string&, bool>& listener) override {
         return _listenersText.Add(listener);
     }
     bool RemoveListenerText(

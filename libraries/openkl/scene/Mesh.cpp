@@ -106,12 +106,10 @@ Mesh MakeDisc(float radius, int segments) {
     Mesh mesh;
     AddVertex(mesh, {}, normal, {0.5f, 0.5f});
     for (int segment = 0; segment < segments; ++segment) {
-        const float angle =
-            2.0f * kPi * static_cast<float>(segment) / static_cast<float>(segments);
+        const float angle = 2.0f * kPi * static_cast<float>(segment) / static_cast<float>(segments);
         const float x = std::cos(angle);
         const float y = std::sin(angle);
-        AddVertex(mesh, {radius * x, radius * y, 0.0f}, normal,
-                  {0.5f + 0.5f * x, 0.5f + 0.5f * y});
+        AddVertex(mesh, {radius * x, radius * y, 0.0f}, normal, {0.5f + 0.5f * x, 0.5f + 0.5f * y});
     }
     const auto count = static_cast<std::uint32_t>(segments);
     for (std::uint32_t segment = 0; segment < count; ++segment) {

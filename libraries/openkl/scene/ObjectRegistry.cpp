@@ -57,7 +57,9 @@ std::uint64_t MakeStamp() {
     return last.fetch_add(1, std::memory_order_relaxed) + 1;
 }
 
-void PushBoundPrimitive(Primitive& primitive) { boundPrimitives.push_back(&primitive); }
+void PushBoundPrimitive(Primitive& primitive) {
+    boundPrimitives.push_back(&primitive);
+}
 
 void PopBoundPrimitive(const Primitive& primitive) {
     if (!boundPrimitives.empty() && boundPrimitives.back() == &primitive) {
@@ -69,7 +71,9 @@ Primitive* GetBoundPrimitive() {
     return boundPrimitives.empty() ? nullptr : boundPrimitives.back();
 }
 
-void ForgetBoundPrimitive(const Primitive& primitive) { std::erase(boundPrimitives, &primitive); }
+void ForgetBoundPrimitive(const Primitive& primitive) {
+    std::erase(boundPrimitives, &primitive);
+}
 
 void SetBoundBuffer(int target, Buffer* buffer) {
     if (buffer == nullptr) {

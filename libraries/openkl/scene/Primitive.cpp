@@ -14,10 +14,16 @@ namespace Tolen::OpenKL {
 Primitive::Primitive(Context& context)
     : _context(context), _handle(static_cast<KLprimitive>(MakeHandle())) {}
 
-Primitive::~Primitive() { ForgetBoundPrimitive(*this); }
+Primitive::~Primitive() {
+    ForgetBoundPrimitive(*this);
+}
 
-void Primitive::Bind() { PushBoundPrimitive(*this); }
-void Primitive::Unbind() { PopBoundPrimitive(*this); }
+void Primitive::Bind() {
+    PushBoundPrimitive(*this);
+}
+void Primitive::Unbind() {
+    PopBoundPrimitive(*this);
+}
 
 const UniformStore& Primitive::GetUniforms() {
     const Program* const program = FindProgram(_program);
@@ -107,7 +113,9 @@ bool Primitive::SetTransform(const Matrix44f& matrix) {
     return true;
 }
 
-IKLProgram* Primitive::GetProgram() const { return FindProgram(_program); }
+IKLProgram* Primitive::GetProgram() const {
+    return FindProgram(_program);
+}
 
 void Primitive::UseProgram(KLprogram program) {
     _program = program;

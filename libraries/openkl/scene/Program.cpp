@@ -62,8 +62,8 @@ std::shared_ptr<const LinkedCode> Program::_Link(std::string& messages) const {
     std::vector<LinkInput> texts;
     for (const Shader* shader : _shaders) {
         if (shader->GetCompiled() == nullptr) {
-            messages = "error: shader '" + shader->GetName() + "' of program '" + _name +
-                       "' has no code";
+            messages =
+                "error: shader '" + shader->GetName() + "' of program '" + _name + "' has no code";
             return nullptr;
         }
         texts.push_back({shader->GetName(), shader->GetCompiled()});

@@ -19,8 +19,8 @@ struct LinkedProgram;
 
 /// What one link made. It never changes; primitives and renders share it.
 struct LinkedCode {
-    std::uint64_t serial = 0; ///< differs for every link of the process
-    std::string name; ///< of the program at that time, for messages
+    std::uint64_t serial = 0;       ///< differs for every link of the process
+    std::string name;               ///< of the program at that time, for messages
     std::vector<std::string> texts; ///< names of the shaders, for messages
     std::shared_ptr<const LinkedProgram> program;
     std::unique_ptr<const Kernel> main;

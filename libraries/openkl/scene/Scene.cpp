@@ -42,7 +42,8 @@ bool Scene::_UpdateObjects(ThreadTeam& team, Result* result) {
     // Objects of primitives that are gone; handles are never given twice.
     bool hasChanged = false;
     std::erase_if(_objects, [&](const auto& entry) {
-        const bool isGone = _context.FindPrimitive(static_cast<KLprimitive>(entry.first)) == nullptr;
+        const bool isGone =
+            _context.FindPrimitive(static_cast<KLprimitive>(entry.first)) == nullptr;
         hasChanged = (isGone && _SetAttached(*entry.second, false)) || hasChanged;
         return isGone;
     });
@@ -53,8 +54,7 @@ bool Scene::_UpdateObjects(ThreadTeam& team, Result* result) {
             object = std::make_unique<SceneObject>(primitive, _device);
         }
         GeometryProblems problems;
-        const bool isRebuilt =
-            object->Update(_textures, team, _context.GetCounters(), problems);
+        const bool isRebuilt = object->Update(_textures, team, _context.GetCounters(), problems);
         const bool isReachable = primitive.IsVisible() && object->GetGeometry() != nullptr;
         const bool isMoved = _SetAttached(*object, isReachable);
         hasChanged = hasChanged || isMoved || (isRebuilt && isReachable);

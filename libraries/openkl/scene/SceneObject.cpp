@@ -37,7 +37,9 @@ float GetDeterminant(const Matrix44f& m) {
 SceneObject::SceneObject(Primitive& primitive, RTCDevice device)
     : _primitive(primitive), _geometry(rtcNewGeometry(device, RTC_GEOMETRY_TYPE_TRIANGLE)) {}
 
-SceneObject::~SceneObject() { rtcReleaseGeometry(_geometry); }
+SceneObject::~SceneObject() {
+    rtcReleaseGeometry(_geometry);
+}
 
 bool SceneObject::Update(const TextureTable& textures, ThreadTeam& team, Statistics& statistics,
                          GeometryProblems& problems) {

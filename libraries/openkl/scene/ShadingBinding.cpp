@@ -38,8 +38,9 @@ void ShadingBinding::Update(const UniformStore& uniforms, const TextureTable& te
         }
         _blocks.clear();
         for (const auto& block : uniforms.GetBlocks()) {
-            _blocks.push_back(block == nullptr ? BlockView()
-                                               : BlockView{block->bytes.data(), block->bytes.size()});
+            _blocks.push_back(block == nullptr
+                                  ? BlockView()
+                                  : BlockView{block->bytes.data(), block->bytes.size()});
         }
     }
     _binding.pUniforms = _words.data();

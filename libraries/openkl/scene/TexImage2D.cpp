@@ -53,7 +53,9 @@ std::int64_t CountTexels(const TextureLevel& level) {
 
 } // namespace
 
-TexImage2D::~TexImage2D() { _Release(); }
+TexImage2D::~TexImage2D() {
+    _Release();
+}
 
 void TexImage2D::_Release() {
     _context.ReleaseTextureBytes(_bytes);
@@ -75,8 +77,8 @@ bool TexImage2D::Init(int width, int height, int format, int wrap, int minificat
     TextureView view;
     view.components = CountComponents(format);
     if (width <= 0 || height <= 0 || view.components == 0 || !ToWrap(wrap, view.wrap) ||
-        !ToFilter(minification, view.minification) || !ToFilter(magnification, view.magnification) ||
-        data == nullptr) {
+        !ToFilter(minification, view.minification) ||
+        !ToFilter(magnification, view.magnification) || data == nullptr) {
         return false;
     }
     const Limits& limits = _context.GetOptions().limits;

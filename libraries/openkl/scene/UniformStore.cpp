@@ -17,11 +17,21 @@ namespace Tolen::OpenKL {
 
 namespace {
 
-std::uint32_t ToWord(float value) { return std::bit_cast<std::uint32_t>(value); }
-std::uint32_t ToWord(int value) { return static_cast<std::uint32_t>(value); }
-std::uint32_t ToWord(bool value) { return value ? 1 : 0; }
-std::uint32_t ToWord(KLprimitive value) { return static_cast<std::uint32_t>(value); }
-std::uint32_t ToWord(KLtexture value) { return TexImage2D::ToNumber(value); }
+std::uint32_t ToWord(float value) {
+    return std::bit_cast<std::uint32_t>(value);
+}
+std::uint32_t ToWord(int value) {
+    return static_cast<std::uint32_t>(value);
+}
+std::uint32_t ToWord(bool value) {
+    return value ? 1 : 0;
+}
+std::uint32_t ToWord(KLprimitive value) {
+    return static_cast<std::uint32_t>(value);
+}
+std::uint32_t ToWord(KLtexture value) {
+    return TexImage2D::ToNumber(value);
+}
 
 /// How a client's type looks to shading code: the shape, the words, and each component.
 template <class T>
@@ -157,8 +167,7 @@ bool UniformStore::Write(int location, int count, const T* values) {
         return false;
     }
     constexpr int components = Shape<T>::type.columns * Shape<T>::type.rows;
-    std::uint32_t* pWord =
-        _words.data() + _pCode->main->GetLayout().uniforms[index].firstWord;
+    std::uint32_t* pWord = _words.data() + _pCode->main->GetLayout().uniforms[index].firstWord;
     for (int i = 0; i < count; ++i) {
         for (int c = 0; c < components; ++c, ++pWord) {
             const auto component = Shape<T>::Get(values[i], c);

@@ -77,7 +77,8 @@ public:
     /// Renders samples into @p framebuffer, on top of those that it has.
     ///
     /// The same scene, samples and framebuffer size give the same bits for any number of threads.
-    /// @param result takes what went wrong, and limits and replaced values that were met, each once;
+    /// @param result takes what went wrong, and limits and replaced values that were met, each
+    /// once;
     ///               null drops the messages
     virtual RenderOutcome Render(IFramebuffer* framebuffer, const RenderSettings& settings,
                                  Result* result) = 0;

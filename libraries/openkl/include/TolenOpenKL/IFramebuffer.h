@@ -7,8 +7,8 @@ namespace Tolen::OpenKL {
 /// Pixels that samples are summed into, in up to 16 attachments of red, green, blue and alpha.
 ///
 /// Sums are exact: the content after a number of samples does not depend on the order in which they
-/// came, on threads, or on how they were divided among renders and framebuffers. Added components are
-/// rounded to steps of 2^-56 and held to magnitudes of 2^44.
+/// came, on threads, or on how they were divided among renders and framebuffers. Added components
+/// are rounded to steps of 2^-56 and held to magnitudes of 2^44.
 class IFramebuffer {
 public:
     static constexpr int kAttachments = 16;

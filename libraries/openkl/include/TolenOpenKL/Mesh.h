@@ -22,7 +22,8 @@ struct Mesh {
 TOLEN_EXPORT Mesh MakePlane(float width, float height);
 /// A box around the origin with a normal for each face.
 TOLEN_EXPORT Mesh MakeBox(const Vector3f& size);
-/// A sphere around the origin with its poles on the y axis; coords run around and from pole to pole.
+/// A sphere around the origin with its poles on the y axis; coords run around and from pole to
+/// pole.
 /// @param segments around, at least 3
 /// @param rings    from pole to pole, at least 2
 TOLEN_EXPORT Mesh MakeSphere(float radius, int segments, int rings);

@@ -25,12 +25,12 @@ struct Statistics {
 
     // What was stopped or replaced.
     std::int64_t raysDroppedByDepth = 0;
-    std::int64_t raysDroppedByCount = 0;    ///< more than kl_OutputRayCount for one invocation
-    std::int64_t raysDroppedByMemory = 0;   ///< more than Limits::raysInFlight
-    std::int64_t raysDroppedAsInvalid = 0;  ///< direction or origin that is no number, or no length
-    std::int64_t accumulatesDropped = 0;    ///< more than 4,194,304 in one batch of 256
-    std::int64_t loopsStopped = 0;          ///< invocations that used up Limits::loopSteps
-    std::int64_t valuesReplaced = 0;        ///< accumulated components that were NaN or infinite
+    std::int64_t raysDroppedByCount = 0;   ///< more than kl_OutputRayCount for one invocation
+    std::int64_t raysDroppedByMemory = 0;  ///< more than Limits::raysInFlight
+    std::int64_t raysDroppedAsInvalid = 0; ///< direction or origin that is no number, or no length
+    std::int64_t accumulatesDropped = 0;   ///< more than 4,194,304 in one batch of 256
+    std::int64_t loopsStopped = 0;         ///< invocations that used up Limits::loopSteps
+    std::int64_t valuesReplaced = 0;       ///< accumulated components that were NaN or infinite
 
     // Time, in seconds.
     double sceneSeconds = 0.0;  ///< vertex programs and ray acceleration structures

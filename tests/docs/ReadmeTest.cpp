@@ -1,0 +1,125 @@
+#include "Markdown.h"
+#include "RunProgram.h"
+
+#include "support/paths/SourceFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <regex>
+
+namespace Tolen::Tests {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+
+std::vector<CodeBlock> _BlocksOf(const std::string& document, const std::string& language) {
+    std::vector<CodeBlock> blocks;
+    for (const CodeBlock& block : ReadCodeBlocks(document)) {
+        if (block.language == language) {
+            blocks.push_back(block);
+        }
+    }
+    return blocks;
+}
+
+TEST(Readme, ShowsTheClientThatIsBuilt) {
+    const std::vector<CodeBlock> blocks = _BlocksOf("README.md", "cpp");
+    ASSERT_EQ(blocks.size(), 1U);
+    EXPECT_EQ(blocks[0].text, ReadText(SourceFolder() + "/examples/hello/hello.cpp"));
+}
+
+TEST(Readme, ShowsWhatTheClientPrints) {
+    const ProgramRun run = RunProgram({ProgramFolder() + "/hello"});
+    EXPECT_EQ(run.status, 0) << run.output;
+    std::vector<std::string> texts;
+    for (const CodeBlock& block : _BlocksOf("README.md", "text")) {
+        texts.push_back(block.text);
+    }
+    // The line ends of the picture are blank where nothing is hit.
+    EXPECT_THAT(texts, Contains(std::regex_replace(run.output, std::regex(" +\n"), "\n")));
+}
+
+TEST(Readme, NamesScriptsAndFoldersThatExist) {
+    const std::string text = ReadText(SourceFolder() + "/README.md");
+    const std::regex path("`((?:scripts|libraries|tools|shaders|examples|tests|docs|benchmarks)/"
+                          "[\\w./-]*)`");
+    int count = 0;
+    for (std::sregex_iterator found(text.begin(), text.end(), path), end; found != end; ++found) {
+        const std::string name = (*found)[1];
+        EXPECT_TRUE(std::filesystem::exists(SourceFolder() + "/" + name)) << name;
+        ++count;
+    }
+    EXPECT_GT(count, 10);
+}
+
+TEST(Readme, NamesEveryOptionOfTheScripts) {
+    const std::string readme = ReadText(SourceFolder() + "/README.md");
+    for (const char* script : {"scripts/demo", "scripts/test"}) {
+        EXPECT_THAT(readme, HasSubstr(script));
+        const std::string text = ReadText(SourceFolder() + "/" + script);
+        const std::regex option("#   (--\\w+)");
+        for (std::sregex_iterator found(text.begin(), text.end(), option), end; found != end;
+             ++found) {
+            EXPECT_THAT(readme, HasSubstr(std::string((*found)[1])));
+        }
+    }
+}
+
+TEST(Documents, LinkToFilesThatExist) {
+    for (const std::string& document : ListDocuments()) {
+        const std::filesystem::path folder =
+            (std::filesystem::path(SourceFolder()) / document).parent_path();
+        for (const std::string& link : ReadLinks(document)) {
+            if (link.rfind("https://", 0) != 0 && link.front() != '#') {
+                const std::string file = link.substr(0, link.find('#'));
+                EXPECT_TRUE(std::filesystem::exists(folder / file)) << document << ": " << link;
+            }
+        }
+    }
+}
+
+TEST(Documents, LinkToHeadingsThatExist) {
+    const auto anchors = [](const std::string& document) {
+        // As on the usual hosts: small letters, blanks as hyphens, other marks gone.
+        const std::string text = ReadText(SourceFolder() + "/" + document);
+        const std::regex heading("(?:^|\n)#+ ([^\n]*)");
+        std::vector<std::string> found;
+        for (std::sregex_iterator at(text.begin(), text.end(), heading), end; at != end; ++at) {
+            std::string anchor;
+            for (const char c : (*at)[1].str()) {
+                const auto letter = static_cast<unsigned char>(c);
+                if (std::isalnum(letter) != 0 || c == '-' || c == '_') {
+                    anchor += static_cast<char>(std::tolower(letter));
+                } else if (c == ' ') {
+                    anchor += '-';
+                }
+            }
+            found.push_back(anchor);
+        }
+        return found;
+    };
+    for (const std::string& document : ListDocuments()) {
+        for (const std::string& link : ReadLinks(document)) {
+            const std::size_t hash = link.find('#');
+            if (hash == std::string::npos || link.rfind("https://", 0) == 0) {
+                continue;
+            }
+            const std::string folder =
+                std::filesystem::path(document).parent_path().generic_string();
+            const std::string target =
+                hash == 0 ? document
+                          : (std::filesystem::path(folder) / link.substr(0, hash))
+                                .lexically_normal()
+                                .generic_string();
+            EXPECT_THAT(anchors(target), Contains(link.substr(hash + 1)))
+                << document << ": " << link;
+        }
+    }
+}
+
+} // namespace
+} // namespace Tolen::Tests

@@ -7,6 +7,7 @@
 // |-------------|-------------------------------------------------------------------------------|
 // | wrong       | fails, with the lines of the text block that follows                          |
 // | tells       | works, and those lines are told                                               |
+// | prints      | works, and those lines are in the generated texts                             |
 // | parse       | loads; its classes are not made                                               |
 // | prefix      | has classes with Shade for prefix effects                                     |
 // | pixel=r,g,b | has a class Show whose Render gives this pixel                                |
@@ -27,7 +28,7 @@ namespace {
 struct KlslBlock {
     CodeBlock block;
     std::vector<CodeBlock> before; ///< KLSL blocks of the section that stand above it
-    std::string messages;          ///< the text block behind it
+    std::string lines;             ///< the text block behind it
 };
 
 void PrintTo(const KlslBlock& parameter, std::ostream* stream) {
@@ -67,11 +68,11 @@ std::vector<std::string> _FindClasses(const std::string& text) {
     return names;
 }
 
-void _ExpectMessages(const KlslBlock& parameter, const std::string& told) {
-    ASSERT_FALSE(parameter.messages.empty()) << "no text block with the messages follows";
-    std::istringstream lines(parameter.messages);
+void _ExpectLines(const KlslBlock& parameter, const std::string& text) {
+    ASSERT_FALSE(parameter.lines.empty()) << "no text block follows";
+    std::istringstream lines(parameter.lines);
     for (std::string line; std::getline(lines, line);) {
-        EXPECT_NE(told.find(line), std::string::npos) << line << "\nis not among\n" << told;
+        EXPECT_NE(text.find(line), std::string::npos) << line << "\nis not among\n" << text;
     }
 }
 
@@ -110,7 +111,10 @@ TEST_P(KlslBlocks, DoWhatTheDocumentSays) {
         ASSERT_TRUE(works) << rig.GetMessages();
     }
     if (block.HasMark("wrong") || block.HasMark("tells")) {
-        _ExpectMessages(parameter, rig.GetMessages());
+        _ExpectLines(parameter, rig.GetMessages());
+    }
+    if (block.HasMark("prints")) {
+        _ExpectLines(parameter, rig.GetPrograms());
     }
     const std::string pixel = block.GetMark("pixel");
     if (!pixel.empty()) {

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <regex>
+#include <set>
 
 namespace Tolen::Tests {
 namespace {
@@ -67,6 +68,27 @@ TEST(Readme, NamesEveryOptionOfTheScripts) {
             EXPECT_THAT(readme, HasSubstr(std::string((*found)[1])));
         }
     }
+}
+
+TEST(Documents, NameSourcesThatExist) {
+    std::set<std::string> files;
+    for (const char* folder : {"libraries", "tools", "examples", "tests"}) {
+        for (const auto& entry :
+             std::filesystem::recursive_directory_iterator(SourceFolder() + "/" + folder)) {
+            files.insert(entry.path().filename().string());
+        }
+    }
+    int count = 0;
+    for (const std::string& document : ListDocuments()) {
+        const std::string text = ReadText(SourceFolder() + "/" + document);
+        const std::regex source("`(?:[\\w-]+/)*([\\w-]+\\.(?:h|cpp|inl))`");
+        for (std::sregex_iterator found(text.begin(), text.end(), source), end; found != end;
+             ++found) {
+            EXPECT_EQ(files.count((*found)[1]), 1U) << document << ": " << (*found)[1];
+            ++count;
+        }
+    }
+    EXPECT_GT(count, 20);
 }
 
 TEST(Documents, LinkToFilesThatExist) {

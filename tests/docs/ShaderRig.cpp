@@ -11,6 +11,8 @@ ShaderRig::ShaderRig() : _pAssetsBefore(SetMgrAssets(&_assets)) {
     OpenKL::ContextOptions options;
     options.threads = 1;
     _pContext = OpenKL::CreateContext(options, &_result);
+    auto onText = MakeDelegate(this, &ShaderRig::_OnText);
+    _pContext->AddListenerText(onText);
     _pManager = std::make_unique<MgrEffects>();
     _pManager->Init(_console.Get(), _pContext, &_result);
     _pManager->AddRayAttribute(kType_Vec3, "throughput");
@@ -70,6 +72,11 @@ std::string ShaderRig::GetMessages() const {
         messages += message + "\n";
     }
     return messages;
+}
+
+bool ShaderRig::_OnText(const IKLShader&, const std::string& text) {
+    _programs += text;
+    return true;
 }
 
 bool ShaderRig::_Compile(IEffect* effect, IShader* root, IKLPrimitive* primitive) {

@@ -6,6 +6,7 @@
 #include "TolenOpenKL/IContext.h"
 
 #include "TolenCore/Assets.h"
+#include "TolenCore/CreationOrder.h"
 #include "TolenCore/Result.h"
 
 #include <memory>
@@ -18,7 +19,7 @@ namespace Tolen::Tests {
 ///
 /// Rays carry "throughput" (vec3) and "direct" (float); there is a global variable "wetness"
 /// (float). "o_color" goes to attachment 0.
-class ShaderRig {
+class ShaderRig : public CreationOrder {
 public:
     ShaderRig();
     ~ShaderRig();
@@ -42,13 +43,18 @@ public:
     /// Everything that was told so far, on the console and in results.
     std::string GetMessages() const;
 
+    /// The texts that the library generated so far.
+    const std::string& GetPrograms() const { return _programs; }
+
 private:
+    bool _OnText(const IKLShader& shader, const std::string& text);
     bool _Compile(Effects::IEffect* effect, Effects::IShader* root, IKLPrimitive* primitive);
 
     CapturedConsole _console;
     MgrAssets _assets;
     IMgrAssets* _pAssetsBefore; ///< borrowed
     Result _result;
+    std::string _programs;
     OpenKL::IContext* _pContext; ///< owned
     std::unique_ptr<Effects::MgrEffects> _pManager;
 };

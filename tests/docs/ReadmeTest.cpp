@@ -1,7 +1,7 @@
 #include "Markdown.h"
-#include "RunProgram.h"
 
 #include "support/paths/SourceFolder.h"
+#include "tools/Process.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -34,8 +34,9 @@ TEST(Readme, ShowsTheClientThatIsBuilt) {
 }
 
 TEST(Readme, ShowsWhatTheClientPrints) {
-    const ProgramRun run = RunProgram({ProgramFolder() + "/hello"});
-    EXPECT_EQ(run.status, 0) << run.output;
+    const Ended run = RunProgram("hello", {});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.errors, "");
     std::vector<std::string> texts;
     for (const CodeBlock& block : _BlocksOf("README.md", "text")) {
         texts.push_back(block.text);

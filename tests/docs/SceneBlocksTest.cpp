@@ -5,21 +5,19 @@
 // piece that is marked "wrong" fails with the lines of the text block that follows.
 
 #include "Markdown.h"
-#include "RunProgram.h"
 
 #include "support/paths/SourceFolder.h"
+#include "tools/Process.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <regex>
 #include <set>
 #include <sstream>
-#include <unistd.h>
 
 namespace Tolen::Tests {
 namespace {
@@ -61,35 +59,27 @@ json _Merge(json scene, const json& piece) {
     return scene;
 }
 
-/// A folder with a scene and what scenes of the document refer to.
-class SceneFolder {
-public:
-    explicit SceneFolder(const std::string& scene)
-        : _path(std::filesystem::temp_directory_path() /
-                ("tolen-docs-" + std::to_string(getpid()))) {
-        std::filesystem::remove_all(_path);
-        std::filesystem::create_directories(_path);
-        std::filesystem::copy(SourceFolder() + "/examples/gallery/textures", _path / "textures");
-        std::ofstream(_path / "tetrahedron.obj")
-            << "v 0 0 0\nv 1 0 0\nv 0 1 0\nv 0 0 1\nf 1 3 2\nf 1 2 4\nf 1 4 3\nf 2 3 4\n";
-        std::ofstream(_path / "scene.json") << scene;
-    }
-    ~SceneFolder() { std::filesystem::remove_all(_path); }
-    SceneFolder(const SceneFolder&) = delete;
-    SceneFolder& operator=(const SceneFolder&) = delete;
+/// Makes a scene and what scenes of the document refer to, and renders it with the working folder
+/// beside it.
+Ended _Render(const std::string& scene, const std::vector<std::string>& options) {
+    const std::filesystem::path folder = GetTemporary("scenes");
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directories(folder);
+    std::filesystem::copy(SourceFolder() + "/examples/gallery/textures", folder / "textures");
+    WriteTemporary("scenes/tetrahedron.obj",
+                   "v 0 0 0\nv 1 0 0\nv 0 1 0\nv 0 0 1\nf 1 3 2\nf 1 2 4\nf 1 4 3\nf 2 3 4\n");
+    WriteTemporary("scenes/scene.json", scene);
 
-    /// Runs tolen-render on the scene.
-    ProgramRun Render(const std::vector<std::string>& options) const {
-        std::vector<std::string> words = {ProgramFolder() + "/tolen-render", "scene.json", "-I",
-                                          SourceFolder() + "/shaders", "--quiet"};
-        words.insert(words.end(), options.begin(), options.end());
-        return RunProgram(words, _path.string());
-    }
-    bool Has(const std::string& file) const { return std::filesystem::exists(_path / file); }
+    std::vector<std::string> arguments = {"scene.json", "-I", SourceFolder() + "/shaders", "--quiet"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(folder);
+    const Ended run = RunProgram("tolen-render", arguments);
+    std::filesystem::current_path(before);
+    return run;
+}
 
-private:
-    std::filesystem::path _path;
-};
+bool _HasRendered() { return std::filesystem::exists(GetTemporary("scenes/out.png")); }
 
 /// The document's scene with the other members of @p piece, as a small picture.
 std::string _MakeScene(const CodeBlock& piece) {
@@ -106,18 +96,17 @@ class SceneBlocks : public testing::TestWithParam<ScenePiece> {};
 TEST_P(SceneBlocks, DoWhatTheDocumentSays) {
     const ScenePiece& piece = GetParam();
     SCOPED_TRACE(piece.block.GetPlace());
-    const SceneFolder folder(_MakeScene(piece.block));
-    const ProgramRun run = folder.Render({});
+    const Ended run = _Render(_MakeScene(piece.block), {});
     if (!piece.block.HasMark("wrong")) {
-        EXPECT_EQ(run.status, 0) << run.output;
-        EXPECT_TRUE(folder.Has("out.png"));
+        EXPECT_EQ(run.status, 0) << run.errors;
+        EXPECT_TRUE(_HasRendered());
         return;
     }
     EXPECT_EQ(run.status, 1);
     ASSERT_FALSE(piece.messages.empty()) << "no text block with the messages follows";
     std::istringstream lines(piece.messages);
     for (std::string line; std::getline(lines, line);) {
-        EXPECT_THAT(run.output, HasSubstr(line));
+        EXPECT_THAT(run.errors, HasSubstr(line));
     }
 }
 
@@ -142,13 +131,12 @@ TEST(SceneDocument, ShowsCommandsThatDoWhatItSays) {
             words >> program >> scene;
             ASSERT_EQ(program + " " + scene, "tolen-render scene.json");
             const std::vector<std::string> options{std::istream_iterator<std::string>(words), {}};
-            const SceneFolder folder(_MakeScene(_ReadPieces().at(0).block));
-            const ProgramRun run = folder.Render(options);
+            const Ended run = _Render(_MakeScene(_ReadPieces().at(0).block), options);
             if (blocks[i].HasMark("wrong")) {
                 EXPECT_EQ(run.status, 1);
-                EXPECT_THAT(run.output, HasSubstr(blocks.at(i + 1).text));
+                EXPECT_THAT(run.errors, HasSubstr(blocks.at(i + 1).text));
             } else {
-                EXPECT_EQ(run.status, 0) << run.output;
+                EXPECT_EQ(run.status, 0) << run.errors;
             }
         }
     }
@@ -156,7 +144,7 @@ TEST(SceneDocument, ShowsCommandsThatDoWhatItSays) {
 }
 
 TEST(SceneDocument, ListsTheOptionsThatTheProgramHas) {
-    const ProgramRun run = RunProgram({ProgramFolder() + "/tolen-render", "--help"});
+    const Ended run = RunProgram("tolen-render", {"--help"});
     ASSERT_EQ(run.status, 0);
     const auto find = [](const std::string& text) {
         const std::regex option("--[a-z][a-z-]+");

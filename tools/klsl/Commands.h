@@ -1,0 +1,11 @@
+#pragma once
+
+namespace Tolen::Klsl {
+
+struct Options;
+
+/// Each runs one command. @return the exit status: 0, or 1 when there were errors
+int Check(const Options& options);
+int Print(const Options& options);
+
+} // namespace Tolen::Klsl

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace Tolen::Klsl {
+
+/// What the command line asks for.
+struct Options {
+    enum Command { kCommand_Check, kCommand_Print };
+    enum Effect { kEffect_Surface, kEffect_Renderer, kEffect_Prefix };
+
+    Command command = kCommand_Check;
+    std::vector<std::string> files;       ///< the libraries to load, in this order
+    std::vector<std::string> searchPaths; ///< folders to look for them and their includes in
+    std::string className;                ///< to print: the class of the root
+    Effect effect = kEffect_Surface;      ///< to print: what the class is the root of
+};
+
+/// Reads the command line.
+/// @param exitStatus set when there is nothing to do: 0 behind the help text, 2 on misuse
+/// @return whether @p options says what to do
+bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus);
+
+} // namespace Tolen::Klsl

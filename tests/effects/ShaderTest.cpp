@@ -302,7 +302,7 @@ TEST(ShaderTest, AStructureListenerThatAnswersFalse_FailsTheSetterWithTheChangeI
     EXPECT_TRUE(Has(loaded.Collect(shader), "return uv0.x;"));
 }
 
-TEST(ShaderTest, ARebuildThatFails_StillTellsAndAnswersFalse) {
+TEST(ShaderTest, Init_OfACompleteShaderWhoseCodeCannotBeBuilt_Fails) {
     // A length that doesn't fit the initializer makes the constructor impossible.
     LoadedManager loaded("class A { coord vec2 uv; float m[2] = float[](1.0, 2.0, 3.0);"
                          " float f() { return m[0] + uv.x; } }");

@@ -364,45 +364,48 @@ void PrototypeShader::_ShutdownMembers() {
 }
 
 template <class Call>
-bool PrototypeShader::_SetParameter(const std::string& name, const char* notFound, Call call) {
+bool PrototypeShader::_SetParameter(const std::string& name, Miss miss, Call call) {
     if (IParameter* parameter = GetParameter(name)) {
         return call(parameter);
     }
     IMgrConsole* console = GetMgrConsole();
-    if (notFound != nullptr && console != nullptr) {
-        console->Print(notFound, name.c_str());
+    if (miss == Miss::kValue && console != nullptr) {
+        console->Print("PrototypeShader::_SetParameter Parameter Not Found (%s)\n", name.c_str());
+    } else if (miss == Miss::kElement && console != nullptr) {
+        console->Print("PrototypeShader::_SetParameter Index Parameter Not Found\n");
     }
     return false;
 }
 
 #define TOLEN_DEFINE_SET_STATIC(specifier, T, typeName, bytes)                                     \
     bool PrototypeShader::SetParameter(const std::string& name, ArgumentOf<T> value) {             \
-        return _SetParameter(name, "PrototypeShader::_SetParameter Parameter Not Found (%s)\n",    \
+        return _SetParameter(name, Miss::kValue,                                                   \
                              [&](IParameter* parameter) { return parameter->Set(value); });        \
     }                                                                                              \
     bool PrototypeShader::SetParameter(const std::string& name, ArgumentOf<T> value, int index) {  \
-        return _SetParameter(name, "PrototypeShader::_SetParameter Index Parameter Not Found\n",   \
+        return _SetParameter(name, Miss::kElement,                                                 \
                              [&](IParameter* parameter) { return parameter->Set(value, index); }); \
     }                                                                                              \
     bool PrototypeShader::SetParameter(const std::string& name, const T* values, int count) {      \
-        return _SetParameter(                                                                      \
-            name, nullptr, [&](IParameter* parameter) { return parameter->Set(values, count); });  \
+        return _SetParameter(name, Miss::kSilent, [&](IParameter* parameter) {                     \
+            return parameter->Set(values, count);                                                  \
+        });                                                                                        \
     }
 TOLEN_ELEMENT_TYPES(TOLEN_DEFINE_SET_STATIC)
 #undef TOLEN_DEFINE_SET_STATIC
 
 bool PrototypeShader::SetParameter(const std::string& name, IShader* shader) {
-    return _SetParameter(name, nullptr,
+    return _SetParameter(name, Miss::kSilent,
                          [&](IParameter* parameter) { return parameter->Set(shader); });
 }
 
 bool PrototypeShader::SetParameter(const std::string& name, IShader* shader, int index) {
-    return _SetParameter(name, nullptr,
+    return _SetParameter(name, Miss::kSilent,
                          [&](IParameter* parameter) { return parameter->Set(shader, index); });
 }
 
 bool PrototypeShader::SetParameter(const std::string& name, IShader** shaders, int count) {
-    return _SetParameter(name, nullptr,
+    return _SetParameter(name, Miss::kSilent,
                          [&](IParameter* parameter) { return parameter->Set(shaders, count); });
 }
 

@@ -137,6 +137,9 @@ private:
         int count = 0;
         std::uint64_t order = 0; ///< rises with each entry
     };
+    /// What is printed when a static input is not there: nothing, or a line by the form of the
+    /// call.
+    enum class Miss { kSilent, kValue, kElement };
     /// What a walk over static calls needs to know.
     struct StaticCalls {
         std::map<std::string, PrototypeShader*> classes; ///< by name; null for what is no class
@@ -203,7 +206,7 @@ private:
     void _ShutdownParameters();
     void _ShutdownMembers();
     template <class Call>
-    bool _SetParameter(const std::string& name, const char* notFound, Call call);
+    bool _SetParameter(const std::string& name, Miss miss, Call call);
 
     Library* _pLibrary = nullptr;       ///< borrowed
     std::unique_ptr<Module> _pStatic;   ///< code that exists once; null until built

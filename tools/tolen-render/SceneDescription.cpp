@@ -282,8 +282,8 @@ SceneDescription ReadScene(const std::string& file) {
     scene.AllowOnly({"libraries", "rayAttributes", "globals", "outputs", "textures", "classes",
                      "shaders", "effects", "primitives", "renderer", "prefix", "miss", "size",
                      "samples", "time"});
-    description.libraryNodes = scene.Get("libraries").GetElements();
-    for (const JsonNode& node : description.libraryNodes) {
+    description.nodesOfLibraries = scene.Get("libraries").GetElements();
+    for (const JsonNode& node : description.nodesOfLibraries) {
         description.libraries.push_back(node.AsString());
     }
     description.rayAttributes = _ReadVariables(scene, "rayAttributes");

@@ -70,7 +70,7 @@ struct SceneDescription {
     std::shared_ptr<const nlohmann::json> json; ///< what all nodes point into
     std::string folder;                         ///< of the scene file
     std::vector<std::string> libraries;
-    std::vector<JsonNode> libraryNodes;
+    std::vector<JsonNode> nodesOfLibraries;
     std::vector<Variable> rayAttributes;
     std::vector<Variable> globals;
     std::vector<Output> outputs;

@@ -174,7 +174,7 @@ void SceneSession::_LoadLibraries() {
     for (std::size_t i = 0; i < _description.libraries.size(); ++i) {
         Result result;
         if (!_pManager->AddLibrary(_description.libraries[i], &result)) {
-            _Fail(_description.libraryNodes[i],
+            _Fail(_description.nodesOfLibraries[i],
                   "the library '" + _description.libraries[i] + "' can't be loaded", result);
         }
         _pSink->Take();

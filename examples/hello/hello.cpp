@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <vector>
 
 using namespace Tolen;
 
@@ -72,11 +71,11 @@ int main() {
                           context->Render(picture, settings, &result) == OpenKL::kRender_Finished;
     result.ReportToConsole(nullptr);
 
-    std::vector<float> rgba(kWidth * kHeight * 4);
-    picture->Read(0, rgba.data());
+    static float rgba[kHeight][kWidth][4];
+    picture->Read(0, &rgba[0][0][0]);
     for (int y = kHeight - 1; y >= 0; --y) { // row 0 is the lowest
         for (int x = 0; x < kWidth; ++x) {
-            const float brightness = std::min(rgba[(y * kWidth + x) * 4], 1.0f);
+            const float brightness = std::min(rgba[y][x][0], 1.0f);
             std::putchar(" .:-=+*#%@"[static_cast<int>(brightness * 9.0f)]);
         }
         std::putchar('\n');

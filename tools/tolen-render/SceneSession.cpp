@@ -351,7 +351,15 @@ void SceneSession::_MakeEffects() {
         _effects.push_back(effect);
         _watches.push_back(std::make_unique<EffectWatch>(described.name, effect));
         const JsonNode root = described.node.Get("root");
-        if (!effect->SetRoot(_FindShader(described.root, root))) {
+        IShader* const shader = _FindShader(described.root, root);
+        // The library leaves such an effect uncompiled without a word.
+        const char* const entry =
+            described.kind == SceneDescription::kEffect_Renderer ? "Render" : "Shade";
+        if (!shader->HasMethod(entry)) {
+            root.Fail("class '" + shader->GetClassName() + "' has no method '" + entry +
+                      "', which the effect would run");
+        }
+        if (!effect->SetRoot(shader)) {
             _Fail(root, "the shader '" + described.root + "' can't be a root", {});
         }
     }

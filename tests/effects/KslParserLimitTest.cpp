@@ -132,6 +132,16 @@ TEST(KslParserLimits, SiblingsDoNotNest) {
     EXPECT_TRUE(Parse(Repeat("void f() { { ; } }", 5000)).success);
 }
 
+TEST(KslParserLimits, Source_WorksUpToTheLimitAndIsRefusedBeyondIt) {
+    std::string source = "class A {} //";
+    source.resize(kLimitExpandedSource - 1, ' ');
+    source += '\n';
+    EXPECT_TRUE(Parse(source).success);
+    source += '\n';
+    EXPECT_EQ(Parse(source, 6).Errors(),
+              "t.ksl(7) : The source exceeds the limit of 67108864 bytes.\n");
+}
+
 TEST(KslParserLimits, OperatorChains_HaveAnyLength) {
     RunOnSmallStack([] {
         for (const char* op : {"+", "-", "*", ",", "||", "<", "<<"}) {

@@ -3,6 +3,8 @@
 #include "KslScanner.h"
 #include "KslToken.h"
 
+#include "TolenEffects/Limits.h"
+
 namespace Tolen::Effects {
 
 bool KslParser::Parse(Module* module, std::vector<std::string>& errors, const std::string& fileName,
@@ -36,6 +38,13 @@ bool KslParser::Parse(Module* module, const std::string& fileName, const std::st
     _errorCount = 0;
     for (const ClassDefinition* definition : module->GetClassDefinitions()) {
         _classNames.insert(definition->GetName()->GetString());
+    }
+
+    if (source.size() > kLimitExpandedSource) {
+        std::string message = "The source exceeds the limit of " +
+                              std::to_string(kLimitExpandedSource) + " bytes.";
+        Error(message, _line);
+        return false;
     }
 
     // Where the scanner gives up, the text ends as if nothing had followed.

@@ -42,7 +42,8 @@ public:
     /// Frees it. @return true
     bool Shutdown();
 
-    /// Parses @p source into @p module, once. An illegal character ends the text in silence.
+    /// Parses @p source into @p module, once. An illegal character ends the text in silence; a text
+    /// beyond kLimitExpandedSource is an error as a whole.
     /// @return whether there were no errors
     bool Parse(Module* module, const std::string& fileName, const std::string& source, int line);
 

@@ -22,8 +22,11 @@ inline constexpr std::size_t kLimitDefinitionName = 1024;
 /// How deep classes may nest that are loaded because the loading of another one refers to them.
 inline constexpr int kLimitPrototypeDepth = 128;
 
-/// How deep expressions, statements and blocks may nest in source. Neither the operands of an
-/// operator chain (`a + b + c`) nor the members of an `else if` chain nest: those have any length.
+/// How deep expressions, statements and blocks may nest in source. A level is a pair of
+/// parentheses or brackets, an argument list, a block in a function's body, a branch or a loop, and
+/// what an operator applies to; parentheses right behind an operator are one level with it. Neither
+/// the left operands of a chain of binary operators (`a + b + c`) nor the members of an `else if`
+/// chain nest: those have any length.
 inline constexpr int kLimitNesting = 1024;
 
 /// Bytes of one generated text.

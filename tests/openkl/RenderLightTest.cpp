@@ -97,6 +97,25 @@ TEST(RenderLight, RayThatLeavesASurface_NeverMeetsItAgain) {
     EXPECT_GT(scene.pContext->GetStatistics().occlusionRays, 10000);
 }
 
+TEST(RenderLight, RayThatLeavesASurface_FromAProgramOfManyVariables_NeverMeetsItAgain) {
+    // Programs of many variables run in parts of a batch; each lane keeps its own surface.
+    RenderFixture scene;
+    scene.MakeFrame(RenderFixture::perspectiveCamera);
+    scene.MakeObject(MakeSphere(1.5f, 16, 8), std::string(kCosineDirection) + R"(
+        void main() {
+            float many[96];
+            for (int i = 0; i < 96; i++) many[i] = float(i) * kl_HitPosition.x;
+            vec3 d = cosineDirection(kl_HitNormal);
+            accumulate(0, occluded(kl_HitPosition, d, 100.0) ? 1.0 : 0.0);
+            accumulate(0, traceDistance(kl_HitPosition, d, 100.0) >= 0.0 ? 1.0 : 0.0);
+            float sum = 0.0;
+            for (int i = 0; i < 96; i++) sum += many[95 - i];
+            accumulate(1, sum);
+        })");
+    EXPECT_EQ(0.0, scene.Render(64, 64, 4).GetMean());
+    EXPECT_GT(scene.pContext->GetStatistics().occlusionRays, 4000);
+}
+
 TEST(RenderLight, FormFactor_OfParallelSquares_MeetsItsClosedForm) {
     // Two unit squares at distance 1: the share of the light of one that reaches the other.
     RenderFixture scene;

@@ -266,6 +266,20 @@ TEST(RenderPicture, Miss_WithoutAMissPrimitive_EndsTheRay) {
     EXPECT_EQ(0, scene.pContext->GetStatistics().rayInvocations);
 }
 
+TEST(RenderPicture, MissProgram_SpawnsFromExactlyWhereItSays) {
+    RenderFixture scene;
+    scene.MakeFrame("void main() { spawnRay(vec3(1.0, 2.0, 3.0), vec3(0.0, 0.0, 1.0)); }");
+    scene.MakeMiss(R"(void main() {
+        if (kl_RayDepth == 0) spawnRay(kl_RayOrigin, vec3(0.0, 1.0, 0.0));
+        else accumulate(0, vec4(kl_RayOrigin, kl_RayDirection.y));
+    })");
+    const Picture picture = scene.Render(1, 1);
+    const float expected[4] = {1, 2, 3, 1};
+    for (int channel = 0; channel < 4; ++channel) {
+        EXPECT_EQ(expected[channel], picture.At(0, 0, channel));
+    }
+}
+
 TEST(RenderPicture, RayAttributes_TravelWithTheValuesThatTheyHadAtTheSpawn) {
     RenderFixture scene;
     scene.MakeFrame(R"(

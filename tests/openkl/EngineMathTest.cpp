@@ -46,8 +46,8 @@ struct Function {
     std::function<double(double)> exact;
     float low;
     float high;
-    double ulps;       ///< bound of the error relative to the result
-    double absolute;   ///< bound that holds besides
+    double ulps;     ///< bound of the error relative to the result
+    double absolute; ///< bound that holds besides
 };
 
 const Function kFunctions[] = {
@@ -59,7 +59,8 @@ const Function kFunctions[] = {
     {"log2Near1", Operation::FLog2, [](double x) { return std::log2(x); }, 0.5f, 2.0f, 2.0, 0.0},
     {"sin", Operation::FSin, [](double x) { return std::sin(x); }, -100.0f, 100.0f, 0.0, 1.2e-7},
     {"sinLarge", Operation::FSin, [](double x) { return std::sin(x); }, -3e38f, 3e38f, 0.0, 1.2e-7},
-    {"sinMiddle", Operation::FSin, [](double x) { return std::sin(x); }, 8000.0f, 1e6f, 0.0, 1.2e-7},
+    {"sinMiddle", Operation::FSin, [](double x) { return std::sin(x); }, 8000.0f, 1e6f, 0.0,
+     1.2e-7},
     {"sinSmall", Operation::FSin, [](double x) { return std::sin(x); }, -1.5f, 1.5f, 2.0, 0.0},
     {"cos", Operation::FCos, [](double x) { return std::cos(x); }, -100.0f, 100.0f, 0.0, 1.2e-7},
     {"cosLarge", Operation::FCos, [](double x) { return std::cos(x); }, -3e38f, 3e38f, 0.0, 1.2e-7},
@@ -74,11 +75,15 @@ const Function kFunctions[] = {
     {"tanh", Operation::FTanh, [](double x) { return std::tanh(x); }, -20.0f, 20.0f, 4.0, 0.0},
     {"tanhSmall", Operation::FTanh, [](double x) { return std::tanh(x); }, -0.8f, 0.8f, 4.0, 0.0},
     {"asinh", Operation::FAsinh, [](double x) { return std::asinh(x); }, -2.0f, 2.0f, 4.0, 0.0},
-    {"asinhLarge", Operation::FAsinh, [](double x) { return std::asinh(x); }, -1e38f, 1e38f, 4.0, 0.0},
+    {"asinhLarge", Operation::FAsinh, [](double x) { return std::asinh(x); }, -1e38f, 1e38f, 4.0,
+     0.0},
     {"acosh", Operation::FAcosh, [](double x) { return std::acosh(x); }, 1.0f, 3.0f, 4.0, 0.0},
-    {"acoshLarge", Operation::FAcosh, [](double x) { return std::acosh(x); }, 1.0f, 1e38f, 4.0, 0.0},
-    {"atanh", Operation::FAtanh, [](double x) { return std::atanh(x); }, -0.9999f, 0.9999f, 4.0, 0.0},
-    {"inversesqrt", Operation::FInverseSqrt, [](double x) { return 1.0 / std::sqrt(x); }, 1e-30f, 1e30f, 2.0, 0.0},
+    {"acoshLarge", Operation::FAcosh, [](double x) { return std::acosh(x); }, 1.0f, 1e38f, 4.0,
+     0.0},
+    {"atanh", Operation::FAtanh, [](double x) { return std::atanh(x); }, -0.9999f, 0.9999f, 4.0,
+     0.0},
+    {"inversesqrt", Operation::FInverseSqrt, [](double x) { return 1.0 / std::sqrt(x); }, 1e-30f,
+     1e30f, 2.0, 0.0},
     {"sqrt", Operation::FSqrt, [](double x) { return std::sqrt(x); }, 0.0f, 1e38f, 0.5001, 0.0},
 };
 
@@ -111,9 +116,9 @@ TEST(EngineMath, Functions_KeepTheirErrorBounds) {
         }
         check(function.low);
         check(function.high);
-        EXPECT_LE(worst, function.ulps) << function.name << " at " << worstAt << ": "
-                                        << Evaluate(function.operation, worstAt) << ", not "
-                                        << function.exact(worstAt);
+        EXPECT_LE(worst, function.ulps)
+            << function.name << " at " << worstAt << ": " << Evaluate(function.operation, worstAt)
+            << ", not " << function.exact(worstAt);
     }
 }
 
@@ -221,14 +226,39 @@ TEST(EngineMath, SpecialArguments_GiveWhatIeeeSays) {
 
 /// Every function as rows on every instruction set against the scalar form, to the bit.
 TEST(EngineMath, RowsAndScalarsOfAllInstructionSets_Agree) {
-    const char* const functions[] = {
-        "sin(a)", "cos(a)", "tan(a)", "asin(b)", "acos(b)", "atan(a)", "atan(a, c)", "sinh(b * 30.0)",
-        "cosh(b * 30.0)", "tanh(b)", "asinh(a)", "acosh(abs(a))", "atanh(b)", "pow(abs(a), b * 9.0)",
-        "pow(a, floor(b * 5.0))", "exp(b * 80.0)", "log(abs(a))", "exp2(b * 100.0)", "log2(abs(a))",
-        "sqrt(abs(a))", "inversesqrt(abs(a))", "floor(a)", "ceil(a)", "trunc(a)", "fract(a)",
-        "roundEven(a)", "mod(a, c)", "a / c", "smoothstep(b, c, a)", "float(int(a))"};
-    std::string text = "uniform float ua; uniform float ub; uniform float uc;\nvoid main()\n{\n"
-                       "float a = kl_RayOrigin.x; float b = kl_RayOrigin.y; float c = kl_RayOrigin.z;\n";
+    const char* const functions[] = {"sin(a)",
+                                     "cos(a)",
+                                     "tan(a)",
+                                     "asin(b)",
+                                     "acos(b)",
+                                     "atan(a)",
+                                     "atan(a, c)",
+                                     "sinh(b * 30.0)",
+                                     "cosh(b * 30.0)",
+                                     "tanh(b)",
+                                     "asinh(a)",
+                                     "acosh(abs(a))",
+                                     "atanh(b)",
+                                     "pow(abs(a), b * 9.0)",
+                                     "pow(a, floor(b * 5.0))",
+                                     "exp(b * 80.0)",
+                                     "log(abs(a))",
+                                     "exp2(b * 100.0)",
+                                     "log2(abs(a))",
+                                     "sqrt(abs(a))",
+                                     "inversesqrt(abs(a))",
+                                     "floor(a)",
+                                     "ceil(a)",
+                                     "trunc(a)",
+                                     "fract(a)",
+                                     "roundEven(a)",
+                                     "mod(a, c)",
+                                     "a / c",
+                                     "smoothstep(b, c, a)",
+                                     "float(int(a))"};
+    std::string text =
+        "uniform float ua; uniform float ub; uniform float uc;\nvoid main()\n{\n"
+        "float a = kl_RayOrigin.x; float b = kl_RayOrigin.y; float c = kl_RayOrigin.z;\n";
     std::string scalar = "a = ua; b = ub; c = uc;\n";
     for (const char* function : functions) {
         text += std::string("accumulate(0, ") + function + ");\n";

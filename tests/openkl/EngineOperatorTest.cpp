@@ -11,12 +11,27 @@ namespace Tolen::OpenKL::Testing {
 namespace {
 
 /// Values that every operator meets in every pairing.
-const float kFloats[] = {0.0f, -0.0f, 1.0f, -1.0f, 0.5f, -2.5f, 3.0f, 1e-20f, 1e20f, -1e30f, 16777216.0f,
+const float kFloats[] = {0.0f,
+                         -0.0f,
+                         1.0f,
+                         -1.0f,
+                         0.5f,
+                         -2.5f,
+                         3.0f,
+                         1e-20f,
+                         1e20f,
+                         -1e30f,
+                         16777216.0f,
                          std::numeric_limits<float>::infinity(),
                          -std::numeric_limits<float>::infinity(),
-                         std::numeric_limits<float>::quiet_NaN(), 3.4028235e38f, 1.17549435e-38f};
-const std::int32_t kInts[] = {0, 1, -1, 2, -2, 3, 7, -7, 31, 32, 33, 100, 65536, 2147483647,
-                              std::numeric_limits<std::int32_t>::min(), -65537};
+                         std::numeric_limits<float>::quiet_NaN(),
+                         3.4028235e38f,
+                         1.17549435e-38f};
+const std::int32_t kInts[] = {
+    0,     1,   -1,    2,          -2,
+    3,     7,   -7,    31,         32,
+    33,    100, 65536, 2147483647, std::numeric_limits<std::int32_t>::min(),
+    -65537};
 
 struct FloatOperator {
     const char* name;
@@ -40,7 +55,9 @@ const FloatOperator kFloatOperators[] = {
     {"max", "max(a, b)", [](float a, float b) { return a < b ? b : a; }},
     {"step", "step(a, b)", [](float a, float b) { return b < a ? 0.0f : 1.0f; }},
     {"abs", "abs(a)", [](float a, float) { return std::fabs(a); }},
-    {"sign", "sign(a)", [](float a, float) { return a > 0.0f ? 1.0f : a < 0.0f ? -1.0f : 0.0f; }},
+    {"sign", "sign(a)", [](float a, float) { return a > 0.0f   ? 1.0f
+                                                    : a < 0.0f ? -1.0f
+                                                               : 0.0f; }},
     {"floor", "floor(a)", [](float a, float) { return std::floor(a); }},
     {"ceil", "ceil(a)", [](float a, float) { return std::ceil(a); }},
     {"trunc", "trunc(a)", [](float a, float) { return std::trunc(a); }},
@@ -80,14 +97,20 @@ struct IntOperator {
     std::function<std::int32_t(std::int32_t, std::int32_t)> compute;
 };
 
-std::uint32_t U(std::int32_t value) { return static_cast<std::uint32_t>(value); }
-std::int32_t S(std::uint32_t value) { return static_cast<std::int32_t>(value); }
+std::uint32_t U(std::int32_t value) {
+    return static_cast<std::uint32_t>(value);
+}
+std::int32_t S(std::uint32_t value) {
+    return static_cast<std::int32_t>(value);
+}
 
 const IntOperator kIntOperators[] = {
     {"add", "a + b", [](auto a, auto b) { return S(U(a) + U(b)); }},
     {"subtract", "a - b", [](auto a, auto b) { return S(U(a) - U(b)); }},
     {"multiply", "a * b", [](auto a, auto b) { return S(U(a) * U(b)); }},
-    {"divide", "a / b", [](auto a, auto b) { return b == 0 ? 0 : b == -1 ? S(0u - U(a)) : a / b; }},
+    {"divide", "a / b", [](auto a, auto b) { return b == 0    ? 0
+                                                    : b == -1 ? S(0u - U(a))
+                                                              : a / b; }},
     {"modulo", "a % b", [](auto a, auto b) { return b == 0 || b == -1 ? 0 : a % b; }},
     {"and", "a & b", [](auto a, auto b) { return a & b; }},
     {"or", "a | b", [](auto a, auto b) { return a | b; }},
@@ -106,14 +129,19 @@ const IntOperator kIntOperators[] = {
     {"max", "max(a, b)", [](auto a, auto b) { return std::max(a, b); }},
     {"clamp", "clamp(a, -5, 9)", [](auto a, auto) { return std::clamp(a, -5, 9); }},
     {"abs", "abs(a)", [](auto a, auto) { return a < 0 ? S(0u - U(a)) : a; }},
-    {"sign", "sign(a)", [](auto a, auto) { return a > 0 ? 1 : a < 0 ? -1 : 0; }},
+    {"sign", "sign(a)", [](auto a, auto) { return a > 0   ? 1
+                                                  : a < 0 ? -1
+                                                          : 0; }},
     {"toFloatAndBack", "int(float(a / 256))", [](auto a, auto) { return a / 256; }},
 };
 
-bool AreSame(float a, float b) { return ToWord(a) == ToWord(b) || (std::isnan(a) && std::isnan(b)); }
+bool AreSame(float a, float b) {
+    return ToWord(a) == ToWord(b) || (std::isnan(a) && std::isnan(b));
+}
 
 /// Each operand as a value of each lane, and as one of all lanes: those take different ways.
-const char* const kUniforms = "uniform float ua; uniform float ub; uniform int ia; uniform int ib;\n";
+const char* const kUniforms =
+    "uniform float ua; uniform float ub; uniform int ia; uniform int ib;\n";
 
 TEST(EngineOperators, FloatOperators_GiveIeeeResultsInRowsAndScalars) {
     FloatingPointScope scope; // denormals count as 0 here too
@@ -157,9 +185,10 @@ TEST(EngineOperators, IntOperators_WrapAndNeverTrapInRowsAndScalars) {
     for (const IntOperator& operation : kIntOperators) {
         std::string text = kUniforms;
         text += std::string("int f(int a, int b) { return ") + operation.expression + "; }\n";
-        text += "void add(int x) { accumulate(0, float(x >> 16)); accumulate(0, float(x & 65535)); }\n"
-                "void main()\n{\nint a = kl_RayDepth; int b = kl_SampleIndex;\n"
-                "add(f(a, b)); add(f(a, ib)); add(f(ia, b)); add(f(ia, ib));\n}\n";
+        text +=
+            "void add(int x) { accumulate(0, float(x >> 16)); accumulate(0, float(x & 65535)); }\n"
+            "void main()\n{\nint a = kl_RayDepth; int b = kl_SampleIndex;\n"
+            "add(f(a, b)); add(f(a, ib)); add(f(ia, b)); add(f(ia, ib));\n}\n";
         EngineRig rig(text);
         for (std::int32_t b : kInts) {
             for (std::size_t i = 0; i < std::size(kInts); ++i) {
@@ -181,11 +210,11 @@ TEST(EngineOperators, IntOperators_WrapAndNeverTrapInRowsAndScalars) {
                     std::int32_t expected[] = {varying, varying, uniform, uniform};
                     ASSERT_EQ(halves[lane].size(), 8u);
                     for (std::size_t form = 0; form < 4; ++form) {
-                        std::int32_t value = S((U(halves[lane][form * 2]) << 16) |
-                                               U(halves[lane][form * 2 + 1]));
+                        std::int32_t value =
+                            S((U(halves[lane][form * 2]) << 16) | U(halves[lane][form * 2 + 1]));
                         EXPECT_EQ(value, expected[form])
-                            << operation.name << " of " << kInts[lane] << " and " << b
-                            << ", form " << form << " on " << GetName(instructionSet);
+                            << operation.name << " of " << kInts[lane] << " and " << b << ", form "
+                            << form << " on " << GetName(instructionSet);
                     }
                 }
             }
@@ -197,11 +226,13 @@ TEST(EngineOperators, IntOperators_WrapAndNeverTrapInRowsAndScalars) {
 TEST(EngineOperators, ComponentwiseFunctions_WorkOnVectorsOfEveryWidth) {
     for (int width = 2; width <= 4; ++width) {
         std::string type = "vec" + std::to_string(width);
-        std::string text = "void main()\n{\n" + type + " a = " + type + "(vec4(-1.5, 2.25, 0.5, 8.0));\n" +
-                           type + " b = " + type + "(2.0);\n" + type +
-                           " r = min(a, 1.0) + max(a, b) + clamp(a, 0.0, 1.0) + mix(a, b, 0.5) + step(0.5, a) + "
-                           "smoothstep(0.0, 4.0, a) + abs(a) + floor(a) + mod(a, 2.0) + sign(a);\n"
-                           "for (int i = 0; i < " + std::to_string(width) + "; ++i) accumulate(0, r[i]);\n}\n";
+        std::string text =
+            "void main()\n{\n" + type + " a = " + type + "(vec4(-1.5, 2.25, 0.5, 8.0));\n" + type +
+            " b = " + type + "(2.0);\n" + type +
+            " r = min(a, 1.0) + max(a, b) + clamp(a, 0.0, 1.0) + mix(a, b, 0.5) + step(0.5, a) + "
+            "smoothstep(0.0, 4.0, a) + abs(a) + floor(a) + mod(a, 2.0) + sign(a);\n"
+            "for (int i = 0; i < " +
+            std::to_string(width) + "; ++i) accumulate(0, r[i]);\n}\n";
         EngineRig rig(text);
         const BatchOutput& output = rig.Run();
         ASSERT_EQ(output.accumulates.GetCount(), static_cast<std::size_t>(width));
@@ -232,8 +263,33 @@ TEST(EngineOperators, GeometricFunctions_FollowTheirFormulas) {
         accumulate(0, refract(normalize(vec3(1.0, -0.1, 0.0)), vec3(0.0, 1.0, 0.0), 1.5));
         accumulate(0, vec3(radians(180.0), degrees(3.14159265), length(-2.0)));
     )");
-    std::vector<float> expected = {3, std::sqrt(24.0f), 5, 8, -10, 6, 1 / 3.0f, 2 / 3.0f, 2 / 3.0f,
-                                   1, 1, 0, 1, 2, 2, -1, -2, -2, 0, -1, 0, 0, 0, 0, 3.14159265f, 180, 2};
+    std::vector<float> expected = {3,
+                                   std::sqrt(24.0f),
+                                   5,
+                                   8,
+                                   -10,
+                                   6,
+                                   1 / 3.0f,
+                                   2 / 3.0f,
+                                   2 / 3.0f,
+                                   1,
+                                   1,
+                                   0,
+                                   1,
+                                   2,
+                                   2,
+                                   -1,
+                                   -2,
+                                   -2,
+                                   0,
+                                   -1,
+                                   0,
+                                   0,
+                                   0,
+                                   0,
+                                   3.14159265f,
+                                   180,
+                                   2};
     ASSERT_EQ(values.size(), expected.size());
     for (std::size_t i = 0; i < values.size(); ++i) {
         EXPECT_NEAR(values[i], expected[i], 2e-6f * std::max(1.0f, std::fabs(expected[i]))) << i;

@@ -9,8 +9,9 @@ namespace Tolen::OpenKL::Testing {
 namespace {
 
 const KernelVariable* Find(const std::vector<KernelVariable>& variables, const std::string& name) {
-    auto entry = std::find_if(variables.begin(), variables.end(),
-                              [&](const KernelVariable& variable) { return variable.name == name; });
+    auto entry =
+        std::find_if(variables.begin(), variables.end(),
+                     [&](const KernelVariable& variable) { return variable.name == name; });
     return entry == variables.end() ? nullptr : &*entry;
 }
 
@@ -45,8 +46,8 @@ EngineRig::EngineRig(const std::string& text, Stage stage, const KernelOptions& 
     const KernelLayout& layout = GetLayout();
     bool isVertex = stage == kStage_Vertex;
     auto rows = [](int count) {
-        return std::vector<std::vector<std::uint32_t>>(
-            static_cast<std::size_t>(count), std::vector<std::uint32_t>(kMaxLanes));
+        return std::vector<std::vector<std::uint32_t>>(static_cast<std::size_t>(count),
+                                                       std::vector<std::uint32_t>(kMaxLanes));
     };
     _uniforms.resize(static_cast<std::size_t>(layout.uniformWords));
     _blocks.resize(layout.blocks.size());

@@ -59,8 +59,12 @@ private:
     std::vector<std::vector<std::uint32_t>> _rayAttributes;
 };
 
-inline std::uint32_t ToWord(float value) { return std::bit_cast<std::uint32_t>(value); }
-inline float ToFloat(std::uint32_t word) { return std::bit_cast<float>(word); }
+inline std::uint32_t ToWord(float value) {
+    return std::bit_cast<std::uint32_t>(value);
+}
+inline float ToFloat(std::uint32_t word) {
+    return std::bit_cast<float>(word);
+}
 
 /// Compiles and links one text; errors throw.
 std::shared_ptr<const LinkedProgram> LinkText(const std::string& text, Stage stage);

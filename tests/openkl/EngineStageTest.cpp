@@ -22,9 +22,10 @@ using Words = std::vector<std::uint32_t>;
 // Setup and state.
 
 TEST(EngineStage, Setup_LeavesGlobalsThatEveryMainStartsFrom) {
-    EngineRig rig("uniform float u; float a = 2.0; bool b; vec3 c[2]; int n = 5;\n"
-                  "void setup() { a += u; b = a > 5.0; c[1].y = 7.0; n *= 2; }\n"
-                  "void main() { accumulate(0, vec4(a, b, c[1].y, n)); a = 100.0; n = 0; b = false; }");
+    EngineRig rig(
+        "uniform float u; float a = 2.0; bool b; vec3 c[2]; int n = 5;\n"
+        "void setup() { a += u; b = a > 5.0; c[1].y = 7.0; n *= 2; }\n"
+        "void main() { accumulate(0, vec4(a, b, c[1].y, n)); a = 100.0; n = 0; b = false; }");
     rig.SetUniform("u", Floats{4.0f});
     for (int run = 0; run < 2; ++run) {
         EXPECT_EQ(GetValues(rig.Run(2)), (Floats{6, 1, 7, 10, 6, 1, 7, 10}));
@@ -56,12 +57,13 @@ TEST(EngineStage, MainsWithoutAState_ReadZeros) {
 // Uniforms and blocks.
 
 TEST(EngineStage, Uniforms_OfEveryTypeAreReadByTheirWords) {
-    EngineRig rig("uniform vec3 v; uniform mat2 m; uniform int i; uniform bool b; uniform float a[4];\n"
-                  "uniform ivec2 j[3]; uniform bool c[2]; uniform primitive p; mutable uniform float q;\n"
-                  "void main() { int k = kl_RayDepth;\n"
-                  "accumulate(0, v); accumulate(0, vec4(m[0], m[1])); accumulate(0, vec3(i, b, q));\n"
-                  "accumulate(0, vec3(a[k], a[k + 3], a[k + 10])); accumulate(0, vec3(j[k], j[2].y));\n"
-                  "accumulate(0, vec3(c[k], c[1], 3.0)); spawnRay(v, v, 1.0, 0, p); }");
+    EngineRig rig(
+        "uniform vec3 v; uniform mat2 m; uniform int i; uniform bool b; uniform float a[4];\n"
+        "uniform ivec2 j[3]; uniform bool c[2]; uniform primitive p; mutable uniform float q;\n"
+        "void main() { int k = kl_RayDepth;\n"
+        "accumulate(0, v); accumulate(0, vec4(m[0], m[1])); accumulate(0, vec3(i, b, q));\n"
+        "accumulate(0, vec3(a[k], a[k + 3], a[k + 10])); accumulate(0, vec3(j[k], j[2].y));\n"
+        "accumulate(0, vec3(c[k], c[1], 3.0)); spawnRay(v, v, 1.0, 0, p); }");
     rig.SetUniform("v", Floats{1, 2, 3});
     rig.SetUniform("m", Floats{4, 5, 6, 7});
     rig.SetUniform("i", Words{static_cast<std::uint32_t>(-8)});
@@ -73,17 +75,18 @@ TEST(EngineStage, Uniforms_OfEveryTypeAreReadByTheirWords) {
     rig.SetUniform("q", Floats{0.5f});
     rig.GetLaneRow(kLaneInput_RayDepth)[1] = 1;
     EXPECT_EQ(GetValues(rig.Run(2)),
-              (Floats{1,  2,  3,  1,  2,  3,  4,  5, 6, 7, 4, 5, 6, 7, -8, 1, 0.5f, -8, 1, 0.5f, 10,
-                      13, 13, 11, 13, 13, 1,  2,  6, 3, 4, 6, 1, 0, 3, 0,  0, 3}));
+              (Floats{1,    2,  3,  1,  2,  3,  4,  5, 6, 7, 4, 5, 6, 7, -8, 1, 0.5f, -8, 1,
+                      0.5f, 10, 13, 13, 11, 13, 13, 1, 2, 6, 3, 4, 6, 1, 0,  3, 0,    0,  3}));
     EXPECT_EQ(rig.output.rays[1].missPrimitive, 77);
 }
 
 TEST(EngineStage, Blocks_AreTightAndZeroOutside) {
-    EngineRig rig("uniformblock B { vec3 a[1]; }; uniformblock C { bool b[1]; };\n"
-                  "uniformblock D { float a[1]; };\n"
-                  "void main() { int i = kl_RayDepth; accumulate(0, B.a[i]); accumulate(0, B.a[i + 1]);\n"
-                  "accumulate(0, B.a[i - 3]); accumulate(0, B.a[2147483647]);\n"
-                  "accumulate(0, vec3(C.b[0], C.b[i + 1], D.a[i])); }");
+    EngineRig rig(
+        "uniformblock B { vec3 a[1]; }; uniformblock C { bool b[1]; };\n"
+        "uniformblock D { float a[1]; };\n"
+        "void main() { int i = kl_RayDepth; accumulate(0, B.a[i]); accumulate(0, B.a[i + 1]);\n"
+        "accumulate(0, B.a[i - 3]); accumulate(0, B.a[2147483647]);\n"
+        "accumulate(0, vec3(C.b[0], C.b[i + 1], D.a[i])); }");
     const float vectors[] = {1, 2, 3, 4, 5}; // the second is cut off
     const std::uint32_t bools[] = {0, 2};
     rig.SetBlock("B", vectors, sizeof vectors);
@@ -119,8 +122,13 @@ TEST(EngineStage, BuiltInVariables_ComeFromTheirRows) {
     rig.constants.sampleCount = 16;
     rig.constants.time = 2.5f;
     auto of = [](LaneInput input) { return static_cast<float>(input + 1); };
-    Floats expected = {of(kLaneInput_PixelCoordX), of(kLaneInput_PixelCoordY), 640, 480,
-                       of(kLaneInput_SampleIndex), 16, 2.5f};
+    Floats expected = {of(kLaneInput_PixelCoordX),
+                       of(kLaneInput_PixelCoordY),
+                       640,
+                       480,
+                       of(kLaneInput_SampleIndex),
+                       16,
+                       2.5f};
     for (LaneInput first : {kLaneInput_RayOriginX, kLaneInput_RayDirectionX}) {
         for (int i = 0; i < 3; ++i) {
             expected.push_back(of(static_cast<LaneInput>(first + i)));
@@ -133,20 +141,23 @@ TEST(EngineStage, BuiltInVariables_ComeFromTheirRows) {
             expected.push_back(of(static_cast<LaneInput>(first + i)));
         }
     }
-    expected.insert(expected.end(), {of(kLaneInput_HitBarycentricX), of(kLaneInput_HitBarycentricY), 1.0f});
+    expected.insert(expected.end(),
+                    {of(kLaneInput_HitBarycentricX), of(kLaneInput_HitBarycentricY), 1.0f});
     EXPECT_EQ(GetValues(rig.Run()), expected);
     EXPECT_EQ(rig.output.rays[0].missPrimitive, kLaneInput_HitPrimitive + 1);
 }
 
 TEST(EngineStage, FrameBuiltIns_AreThere) {
-    EngineRig rig("void main() { accumulate(3, vec4(kl_PixelCoord, kl_Resolution)); }", kStage_Frame);
+    EngineRig rig("void main() { accumulate(3, vec4(kl_PixelCoord, kl_Resolution)); }",
+                  kStage_Frame);
     rig.GetLaneRow(kLaneInput_PixelCoordX)[0] = ToWord(1.5f);
     EXPECT_EQ(GetValues(rig.Run()), (Floats{1.5f, 0, 0, 0}));
     EXPECT_EQ(rig.output.accumulates[0].attachment, 3);
 }
 
 TEST(EngineStage, VertexStage_FillsPositionAndVaryings) {
-    EngineRig rig("attribute vec3 a_Position; attribute vec2 a_Uv; varying vec2 Uv; varying vec3 Position; varying float unused;\n"
+    EngineRig rig("attribute vec3 a_Position; attribute vec2 a_Uv; varying vec2 Uv; varying vec3 "
+                  "Position; varying float unused;\n"
                   "void main() { Uv = a_Uv * 2.0; Position = a_Position + 1.0;\n"
                   "kl_Position = kl_PrimitiveTransformMatrix * vec4(a_Position, 1.0); }",
                   kStage_Vertex);
@@ -175,10 +186,12 @@ TEST(EngineStage, VertexStage_FillsPositionAndVaryings) {
 // Rays.
 
 TEST(EngineStage, SpawnRay_CarriesTheAttributesAsTheyWere) {
-    EngineRig rig("rayattribute vec3 weight; rayattribute int count; rayattribute bool inside;\n"
-                  "void setup() { for (int i = 0; i < 8; ++i) kl_OutputRayCount[i] = 2; }\n"
-                  "void main() { weight *= 2.0; spawnRay(vec3(1.0), vec3(2.0)); count += 1; inside = !inside;\n"
-                  "if (kl_RayDepth == 1) spawnRay(vec3(3.0), vec3(4.0), 5.0, 6, kl_HitPrimitive); }");
+    EngineRig rig(
+        "rayattribute vec3 weight; rayattribute int count; rayattribute bool inside;\n"
+        "void setup() { for (int i = 0; i < 8; ++i) kl_OutputRayCount[i] = 2; }\n"
+        "void main() { weight *= 2.0; spawnRay(vec3(1.0), vec3(2.0)); count += 1; inside = "
+        "!inside;\n"
+        "if (kl_RayDepth == 1) spawnRay(vec3(3.0), vec3(4.0), 5.0, 6, kl_HitPrimitive); }");
     for (std::size_t lane = 0; lane < 2; ++lane) {
         rig.GetRayAttributeRow("weight", 0)[lane] = ToWord(1.0f + static_cast<float>(lane));
         rig.GetRayAttributeRow("count", 0)[lane] = 10;
@@ -215,7 +228,8 @@ TEST(EngineStage, SpawnRay_CarriesTheAttributesAsTheyWere) {
 }
 
 TEST(EngineStage, RaysAboveTheCount_AreDroppedAndCounted) {
-    std::string text = "void setup() { kl_OutputRayCount[2] = 3; kl_OutputRayCount[3] = 0; kl_OutputRayCount[4] = -1; }\n"
+    std::string text = "void setup() { kl_OutputRayCount[2] = 3; kl_OutputRayCount[3] = 0; "
+                       "kl_OutputRayCount[4] = -1; }\n"
                        "void main() { for (int i = 0; i < 5; ++i) spawnRay(vec3(i), vec3(1.0)); }";
     EngineRig rig(text);
     const std::uint32_t expected[] = {1, 1, 3, 0, 0, 1};
@@ -262,7 +276,8 @@ TEST(EngineStage, DiscardRay_EndsTheInvocation) {
 }
 
 TEST(EngineStage, WhenAllLanesDiscard_EndlessLoopsEnd) {
-    EngineRig rig("void main() { while (true) { if (kl_RayDepth >= 0) discardRay(); } }", kStage_Prefix);
+    EngineRig rig("void main() { while (true) { if (kl_RayDepth >= 0) discardRay(); } }",
+                  kStage_Prefix);
     EXPECT_TRUE(rig.Run(5).hasDiscarded);
     EXPECT_EQ(rig.output.stoppedInvocations, 0u);
 }
@@ -291,7 +306,8 @@ public:
 
 TEST(EngineStage, Queries_AskForActiveLanesAlone) {
     EngineRig rig("void main() { float x = kl_HitDistance; if (x > 0.0) {\n"
-                  "accumulate(0, vec3(occluded(vec3(x), vec3(1.0), 2.0), traceDistance(vec3(0.0), vec3(x), 9.0), 0.0)); } }");
+                  "accumulate(0, vec3(occluded(vec3(x), vec3(1.0), 2.0), traceDistance(vec3(0.0), "
+                  "vec3(x), 9.0), 0.0)); } }");
     for (std::size_t lane = 0; lane < 4; ++lane) {
         rig.GetLaneRow(kLaneInput_HitDistance)[lane] = ToWord(static_cast<float>(lane));
     }
@@ -398,9 +414,11 @@ TEST(EngineLimits, LongChains_Work) {
         sum += " + kl_HitDistance";
     }
     for (int i = 0; i < 2000; ++i) {
-        choice += "else if (kl_RayDepth == " + std::to_string(i) + ") n = " + std::to_string(i) + " + 1;\n";
+        choice += "else if (kl_RayDepth == " + std::to_string(i) + ") n = " + std::to_string(i) +
+                  " + 1;\n";
     }
-    EngineRig rig("void main() { int n = 0;\n" + choice + "accumulate(0, vec3(" + sum + ", n, 0.0)); }");
+    EngineRig rig("void main() { int n = 0;\n" + choice + "accumulate(0, vec3(" + sum +
+                  ", n, 0.0)); }");
     rig.GetLaneRow(kLaneInput_RayDepth)[0] = 1500;
     rig.GetLaneRow(kLaneInput_RayDepth)[1] = 0xffffffffu;
     EXPECT_EQ(GetValues(rig.Run(2)), (Floats{1, 1501, 0, 1, -1, 0}));
@@ -410,7 +428,8 @@ TEST(EngineLimits, LongChains_Work) {
 
 /// random() and random2() for samples 0 to 255 of one pixel.
 std::vector<std::vector<float>> DrawSamples(std::uint32_t pixel) {
-    EngineRig rig("void main() { accumulate(0, random()); accumulate(0, vec3(random2(), random())); }");
+    EngineRig rig(
+        "void main() { accumulate(0, random()); accumulate(0, vec3(random2(), random())); }");
     for (std::uint32_t lane = 0; lane < kMaxLanes; ++lane) {
         rig.GetLaneRow(kLaneInput_SampleIndex)[lane] = lane;
         rig.GetLaneRow(kLaneInput_RandomSeed)[lane] = HashSeed(pixel);
@@ -468,7 +487,8 @@ TEST(EngineRandomNumbers, PixelsAndCalls_AreIndependent) {
 
 TEST(EngineRandomNumbers, DivergingLanes_CountTheirOwnCalls) {
     EngineRig rig("void main() { if (kl_RayDepth == 1) random(); accumulate(0, random()); }");
-    EngineRig straight("void main() { float a = random(); float b = random(); accumulate(0, vec3(a, b, 0.0)); }");
+    EngineRig straight(
+        "void main() { float a = random(); float b = random(); accumulate(0, vec3(a, b, 0.0)); }");
     rig.GetLaneRow(kLaneInput_RayDepth)[1] = 1;
     std::vector<float> values = GetValues(rig.Run(2));
     std::vector<float> expected = GetValues(straight.Run());
@@ -516,7 +536,8 @@ TEST(EngineTextures, WrapModesAndFilters_ReadTheRightTexels) {
         {TextureWrap::Clamp, TextureFilter::Nearest, 1e30f, 4},
     };
     for (const Case& testCase : cases) {
-        EngineRig rig("uniform sampler2D t; void main() { accumulate(0, texture2D(t, vec2(kl_HitDistance, 0.5))); }");
+        EngineRig rig("uniform sampler2D t; void main() { accumulate(0, texture2D(t, "
+                      "vec2(kl_HitDistance, 0.5))); }");
         rig.SetTextures({MakeTexture(levels, 1, testCase.wrap, testCase.filter)});
         rig.SetUniform("t", Words{1});
         rig.GetLaneRow(kLaneInput_HitDistance)[0] = ToWord(testCase.u);
@@ -528,22 +549,27 @@ TEST(EngineTextures, ComponentsAndSizes_AreThoseOfTheImage) {
     const float texels[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
     std::vector<TextureLevel> three = {{texels, 2, 2}};
     std::vector<TextureLevel> four = {{texels, 1, 3}};
-    EngineRig rig("uniform sampler2D t[3];\nvec4 get(sampler2D s, vec2 p) { return texture2D(s, p); }\n"
-                  "void main() { accumulate(0, get(t[0], vec2(0.75, 0.75))); accumulate(0, get(t[1], vec2(0.5, 0.5)));\n"
-                  "accumulate(0, get(t[2], vec2(0.5))); accumulate(0, get(t[kl_RayDepth + 1], vec2(0.5, 0.9)));\n"
-                  "accumulate(0, vec4(textureSize(t[0]), textureSize(t[1], 1)));\n"
-                  "accumulate(0, vec3(textureSize(t[2], 0), 0)); }");
+    EngineRig rig(
+        "uniform sampler2D t[3];\nvec4 get(sampler2D s, vec2 p) { return texture2D(s, p); }\n"
+        "void main() { accumulate(0, get(t[0], vec2(0.75, 0.75))); accumulate(0, get(t[1], "
+        "vec2(0.5, 0.5)));\n"
+        "accumulate(0, get(t[2], vec2(0.5))); accumulate(0, get(t[kl_RayDepth + 1], vec2(0.5, "
+        "0.9)));\n"
+        "accumulate(0, vec4(textureSize(t[0]), textureSize(t[1], 1)));\n"
+        "accumulate(0, vec3(textureSize(t[2], 0), 0)); }");
     rig.SetTextures({MakeTexture(three, 3, TextureWrap::Clamp, TextureFilter::Nearest),
                      MakeTexture(four, 4, TextureWrap::Clamp, TextureFilter::Nearest)});
     rig.SetUniform("t", Words{1, 2, 0});
-    EXPECT_EQ(GetValues(rig.Run()), (Floats{10, 11, 12, 1, 5, 6, 7, 8, 0, 0, 0, 1, 9, 10, 11, 12, 2, 2, 1, 1, 0, 0, 0}));
+    EXPECT_EQ(GetValues(rig.Run()),
+              (Floats{10, 11, 12, 1, 5, 6, 7, 8, 0, 0, 0, 1, 9, 10, 11, 12, 2, 2, 1, 1, 0, 0, 0}));
 }
 
 TEST(EngineTextures, FootprintAndBias_ChooseAmongLevels) {
     const float fine[] = {0, 0, 0, 0};
     const float coarse[] = {8};
     std::vector<TextureLevel> levels = {{fine, 2, 2}, {coarse, 1, 1}};
-    EngineRig rig("uniform sampler2D t; uniform float bias; void main() { accumulate(0, texture2D(t, vec2(0.5), bias).x); }");
+    EngineRig rig("uniform sampler2D t; uniform float bias; void main() { accumulate(0, "
+                  "texture2D(t, vec2(0.5), bias).x); }");
     rig.SetTextures({MakeTexture(levels, 1, TextureWrap::Repeat, TextureFilter::Linear)});
     rig.SetUniform("t", Words{1});
     const float footprints[] = {0.0f, 0.25f, 0.5f, 0.75f, 1.0f, 50.0f};

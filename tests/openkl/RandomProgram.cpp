@@ -53,10 +53,18 @@ struct Name {
     std::size_t slot;
 };
 
-float F(std::uint32_t word) { return std::bit_cast<float>(word); }
-std::int32_t I(std::uint32_t word) { return static_cast<std::int32_t>(word); }
-std::uint32_t W(float value) { return std::bit_cast<std::uint32_t>(value); }
-std::uint32_t W(std::int32_t value) { return static_cast<std::uint32_t>(value); }
+float F(std::uint32_t word) {
+    return std::bit_cast<float>(word);
+}
+std::int32_t I(std::uint32_t word) {
+    return static_cast<std::int32_t>(word);
+}
+std::uint32_t W(float value) {
+    return std::bit_cast<std::uint32_t>(value);
+}
+std::uint32_t W(std::int32_t value) {
+    return static_cast<std::uint32_t>(value);
+}
 
 std::uint32_t& At(Machine& machine, const Name& name, std::size_t element = 0) {
     Frame& frame = name.isGlobal ? machine.globals : machine.frames.back();
@@ -85,8 +93,12 @@ std::int32_t Remainder(std::int32_t a, std::int32_t b) {
     return b == 0 || b == -1 ? 0 : a % b;
 }
 
-std::uint32_t ShiftLeft(std::uint32_t a, std::uint32_t b) { return b < 32 ? a << b : 0; }
-std::uint32_t ShiftRight(std::uint32_t a, std::uint32_t b) { return b < 32 ? W(I(a) >> b) : 0; }
+std::uint32_t ShiftLeft(std::uint32_t a, std::uint32_t b) {
+    return b < 32 ? a << b : 0;
+}
+std::uint32_t ShiftRight(std::uint32_t a, std::uint32_t b) {
+    return b < 32 ? W(I(a) >> b) : 0;
+}
 
 struct Function {
     std::string name;
@@ -153,21 +165,21 @@ private:
         std::string type = kind == Kind::Float ? "float " : "int ";
         if (isArray || _Pick(4) == 0) {
             std::size_t count = isArray ? kArrayLength : 1;
-            steps.push_back({type + text_ + (isArray ? "[5];\n" : ";\n"),
-                             [name, count](Machine& machine) {
-                                 for (std::size_t i = 0; i < count; ++i) {
-                                     At(machine, name, i) = 0;
-                                 }
-                                 return Flow::Next;
-                             }});
+            steps.push_back(
+                {type + text_ + (isArray ? "[5];\n" : ";\n"), [name, count](Machine& machine) {
+                     for (std::size_t i = 0; i < count; ++i) {
+                         At(machine, name, i) = 0;
+                     }
+                     return Flow::Next;
+                 }});
         } else {
             Node value = _Make(kind, 2);
-            steps.push_back({type + text_ + " = " + value.text + ";\n",
-                             [name, value](Machine& machine) {
-                                 std::uint32_t word = value.run(machine);
-                                 At(machine, name) = word;
-                                 return Flow::Next;
-                             }});
+            steps.push_back(
+                {type + text_ + " = " + value.text + ";\n", [name, value](Machine& machine) {
+                     std::uint32_t word = value.run(machine);
+                     At(machine, name) = word;
+                     return Flow::Next;
+                 }});
         }
         _names.push_back(name);
     }
@@ -203,9 +215,9 @@ private:
                 fitting.push_back(&name);
             }
         }
-        return fitting.empty() ? nullptr
-                               : fitting[static_cast<std::size_t>(
-                                     _Pick(static_cast<int>(fitting.size())))];
+        return fitting.empty()
+                   ? nullptr
+                   : fitting[static_cast<std::size_t>(_Pick(static_cast<int>(fitting.size())))];
     }
 
     Node _MakeLoad(Kind kind, int depth) {
@@ -277,13 +289,17 @@ private:
         using Word = std::uint32_t;
         switch (_Pick(12)) {
         case 0:
-            return _MakeBinary(Kind::Float, "+", depth, [](Word a, Word b) { return W(F(a) + F(b)); });
+            return _MakeBinary(Kind::Float, "+", depth,
+                               [](Word a, Word b) { return W(F(a) + F(b)); });
         case 1:
-            return _MakeBinary(Kind::Float, "-", depth, [](Word a, Word b) { return W(F(a) - F(b)); });
+            return _MakeBinary(Kind::Float, "-", depth,
+                               [](Word a, Word b) { return W(F(a) - F(b)); });
         case 2:
-            return _MakeBinary(Kind::Float, "*", depth, [](Word a, Word b) { return W(F(a) * F(b)); });
+            return _MakeBinary(Kind::Float, "*", depth,
+                               [](Word a, Word b) { return W(F(a) * F(b)); });
         case 3:
-            return _MakeBinary(Kind::Float, "/", depth, [](Word a, Word b) { return W(F(a) / F(b)); });
+            return _MakeBinary(Kind::Float, "/", depth,
+                               [](Word a, Word b) { return W(F(a) / F(b)); });
         case 4:
             return _MakeChoice(Kind::Float, depth);
         case 5: {
@@ -293,9 +309,8 @@ private:
         }
         case 6: {
             Node a = _MakeInt(depth - 1);
-            return {"float(" + a.text + ")", [a](Machine& machine) {
-                        return W(static_cast<float>(I(a.run(machine))));
-                    }};
+            return {"float(" + a.text + ")",
+                    [a](Machine& machine) { return W(static_cast<float>(I(a.run(machine)))); }};
         }
         case 7:
             return {"kl_HitDistance", [](Machine& machine) { return W(machine.input.distance); }};
@@ -324,9 +339,11 @@ private:
         case 2:
             return _MakeBinary(Kind::Int, "*", depth, [](Word a, Word b) { return a * b; });
         case 3:
-            return _MakeBinary(Kind::Int, "/", depth, [](Word a, Word b) { return W(Divide(I(a), I(b))); });
+            return _MakeBinary(Kind::Int, "/", depth,
+                               [](Word a, Word b) { return W(Divide(I(a), I(b))); });
         case 4:
-            return _MakeBinary(Kind::Int, "%", depth, [](Word a, Word b) { return W(Remainder(I(a), I(b))); });
+            return _MakeBinary(Kind::Int, "%", depth,
+                               [](Word a, Word b) { return W(Remainder(I(a), I(b))); });
         case 5:
             return _MakeBinary(Kind::Int, "&", depth, [](Word a, Word b) { return a & b; });
         case 6:
@@ -529,13 +546,14 @@ private:
         } else if (_loopDepth > 0 && _Pick(2) == 0) {
             bool isBreak = _Pick(2) == 0;
             Node condition = _MakeBool(1);
-            steps.push_back({"if (" + condition.text + ") " + (isBreak ? "break;\n" : "continue;\n"),
-                             [condition, isBreak](Machine& machine) {
-                                 if (condition.run(machine) == 0) {
-                                     return Flow::Next;
-                                 }
-                                 return isBreak ? Flow::Break : Flow::Continue;
-                             }});
+            steps.push_back(
+                {"if (" + condition.text + ") " + (isBreak ? "break;\n" : "continue;\n"),
+                 [condition, isBreak](Machine& machine) {
+                     if (condition.run(machine) == 0) {
+                         return Flow::Next;
+                     }
+                     return isBreak ? Flow::Break : Flow::Continue;
+                 }});
         } else if (_isFunction) {
             Node condition = _MakeBool(1);
             Node value = _MakeFloat(1);
@@ -550,10 +568,10 @@ private:
                              }});
         } else {
             Node condition = _MakeBool(2);
-            steps.push_back({"if (" + condition.text + ") return;\n",
-                             [condition](Machine& machine) {
-                                 return condition.run(machine) != 0 ? Flow::Return : Flow::Next;
-                             }});
+            steps.push_back(
+                {"if (" + condition.text + ") return;\n", [condition](Machine& machine) {
+                     return condition.run(machine) != 0 ? Flow::Return : Flow::Next;
+                 }});
         }
     }
 
@@ -661,7 +679,9 @@ struct RandomProgram::Parts {
 RandomProgram::RandomProgram(std::uint32_t seed) : _pParts(std::make_unique<Parts>(seed)) {}
 RandomProgram::~RandomProgram() = default;
 
-std::string RandomProgram::GetText() const { return _pParts->maker.text; }
+std::string RandomProgram::GetText() const {
+    return _pParts->maker.text;
+}
 
 std::vector<float> RandomProgram::Run(const RandomProgramInput& input) const {
     FloatingPointScope scope;

@@ -9,7 +9,7 @@ namespace Tolen::OpenKL::Testing {
 
 /// What an invocation of a random program starts from.
 struct RandomProgramInput {
-    float distance; ///< kl_HitDistance
+    float distance;     ///< kl_HitDistance
     std::int32_t depth; ///< kl_RayDepth
 };
 

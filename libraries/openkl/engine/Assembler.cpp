@@ -194,6 +194,8 @@ private:
 
 } // namespace
 
-KernelUnit Assemble(LinearUnit unit) { return Assembler(std::move(unit)).Run(); }
+KernelUnit Assemble(LinearUnit unit) {
+    return Assembler(std::move(unit)).Run();
+}
 
 } // namespace Tolen::OpenKL

@@ -121,9 +121,9 @@ struct AccumulateRecord {
 /// A ray that an invocation spawned.
 struct SpawnedRay {
     float origin[3];
-    float direction[3];       ///< as the code gave it: any length, also 0 or not finite
-    float maxDistance;        ///< infinity when not given
-    std::int32_t rayClass;    ///< as the code gave it, 0 when not given
+    float direction[3];         ///< as the code gave it: any length, also 0 or not finite
+    float maxDistance;          ///< infinity when not given
+    std::int32_t rayClass;      ///< as the code gave it, 0 when not given
     std::int32_t missPrimitive; ///< handle; KL_NO_PRIMITIVE when not given
     std::uint32_t lane;
     std::uint32_t randomSeed; ///< for kLaneInput_RandomSeed of the ray's own invocation

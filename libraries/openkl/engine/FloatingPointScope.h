@@ -8,7 +8,9 @@ namespace Tolen::OpenKL {
 /// as it was.
 class FloatingPointScope {
 public:
-    FloatingPointScope() : _before(_mm_getcsr()) { _mm_setcsr(kMasked | kFlushToZero | kDenormalsAreZero); }
+    FloatingPointScope() : _before(_mm_getcsr()) {
+        _mm_setcsr(kMasked | kFlushToZero | kDenormalsAreZero);
+    }
     ~FloatingPointScope() { _mm_setcsr(_before); }
     FloatingPointScope(const FloatingPointScope&) = delete;
     FloatingPointScope& operator=(const FloatingPointScope&) = delete;

@@ -17,8 +17,9 @@ bool IsSupported(InstructionSet instructionSet) {
 
 InstructionSet GetBestInstructionSet() {
     static const InstructionSet best = IsSupported(InstructionSet::Avx512) ? InstructionSet::Avx512
-                                       : IsSupported(InstructionSet::Avx2) ? InstructionSet::Avx2
-                                                                           : InstructionSet::Baseline;
+                                       : IsSupported(InstructionSet::Avx2)
+                                           ? InstructionSet::Avx2
+                                           : InstructionSet::Baseline;
     return best;
 }
 

@@ -68,7 +68,7 @@ struct IrNode {
 struct IrRegion {
     std::vector<IrNode> nodes;
     RegionId parent = kNone;
-    std::uint32_t loop = kNone; ///< the innermost loop around it
+    std::uint32_t loop = kNone;  ///< the innermost loop around it
     RegionId mergedInto = kNone; ///< the region that has its nodes now
     int depth = 0;               ///< regions around it
 };

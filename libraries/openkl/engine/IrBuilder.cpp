@@ -85,8 +85,7 @@ ValueId IrBuilder::CallService(Service service, const std::vector<ValueId>& argu
     op.word = static_cast<std::uint32_t>(service);
     op.index = static_cast<std::uint32_t>(_unit.serviceArguments.size());
     op.extra = static_cast<std::uint32_t>(arguments.size());
-    _unit.serviceArguments.insert(_unit.serviceArguments.end(), arguments.begin(),
-                                  arguments.end());
+    _unit.serviceArguments.insert(_unit.serviceArguments.end(), arguments.begin(), arguments.end());
     return _Add(op);
 }
 

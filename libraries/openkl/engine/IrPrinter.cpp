@@ -7,10 +7,9 @@ namespace Tolen::OpenKL {
 namespace {
 
 constexpr const char* kKindNames[] = {
-    "constant",       "",          "table",     "block",       "batch",
-    "lane",           "varying",   "attribute", "load",        "store",
-    "loadArray",      "storeArray", "fillArray", "service",     "result",
-    "storeState",     "storeOutput",
+    "constant",  "",          "table",  "block",      "batch",       "lane",
+    "varying",   "attribute", "load",   "store",      "loadArray",   "storeArray",
+    "fillArray", "service",   "result", "storeState", "storeOutput",
 };
 
 constexpr const char* kCodeNames[] = {
@@ -113,7 +112,9 @@ std::string PrintRegister(Register r) {
 
 } // namespace
 
-std::string Print(const IrUnit& unit) { return IrPrinter(unit).Run(); }
+std::string Print(const IrUnit& unit) {
+    return IrPrinter(unit).Run();
+}
 
 std::string Print(const LinearUnit& unit) {
     std::string text;

@@ -1,10 +1,12 @@
 #include "engine/Kernel.h"
 
+#include "engine/CopyRemoval.h"
 #include "engine/DeadCode.h"
 #include "engine/DeepStack.h"
 #include "engine/FloatingPointScope.h"
 #include "engine/KernelCode.h"
 #include "engine/Lowering.h"
+#include "engine/OperationFusion.h"
 #include "engine/Simplifier.h"
 #include "engine/Translator.h"
 #include "engine/Uniformity.h"
@@ -31,8 +33,7 @@ constexpr std::uint32_t kMaxRows = 1u << 18;
 class EntryCompiler {
 public:
     EntryCompiler(const LinkedProgram& program, const LinkedStage& stage,
-                  const KernelLayout& layout, const std::vector<int>& globalWords,
-                  bool isOptimized)
+                  const KernelLayout& layout, const std::vector<int>& globalWords, bool isOptimized)
         : _program(program), _stage(stage), _layout(layout), _globalWords(globalWords),
           _isOptimized(isOptimized) {}
 
@@ -76,7 +77,11 @@ private:
             if (_isOptimized) {
                 _Optimize(ir);
             }
-            unit = Assemble(Lower(ir, AnalyzeUniformity(ir)));
+            LinearUnit linear = Lower(ir, AnalyzeUniformity(ir));
+            if (_isOptimized) {
+                RemoveCopies(linear);
+            }
+            unit = Assemble(std::move(linear));
         }
         return result;
     }
@@ -103,7 +108,9 @@ private:
 Kernel::Kernel() : _pCode(std::make_unique<KernelCode>()) {}
 Kernel::~Kernel() = default;
 
-const KernelLayout& Kernel::GetLayout() const { return _pCode->layout; }
+const KernelLayout& Kernel::GetLayout() const {
+    return _pCode->layout;
+}
 
 std::unique_ptr<const Kernel> Kernel::Compile(const LinkedProgram& program, KernelStage stage,
                                               const KernelOptions& options, std::string* error) {

@@ -17,9 +17,9 @@ struct LinkedProgram;
 /// Where a global of a program has its words.
 struct KernelVariable {
     std::string name;
-    int location = -1;   ///< that of the linked program; -1 where it has none
-    int firstWord = 0;   ///< 32-bit words
-    int wordCount = 0;   ///< of all elements together
+    int location = -1;    ///< that of the linked program; -1 where it has none
+    int firstWord = 0;    ///< 32-bit words
+    int wordCount = 0;    ///< of all elements together
     int elementWords = 0; ///< of one array element; wordCount where the variable is no array
 };
 

@@ -198,7 +198,9 @@ KernelScratch::~KernelScratch() = default;
 KernelScratch::KernelScratch(KernelScratch&&) noexcept = default;
 KernelScratch& KernelScratch::operator=(KernelScratch&&) noexcept = default;
 
-InstructionSet KernelScratch::GetInstructionSet() const { return _pMemory->instructionSet; }
+InstructionSet KernelScratch::GetInstructionSet() const {
+    return _pMemory->instructionSet;
+}
 
 void Kernel::RunSetup(const BatchInput& input, void* pState, BatchOutput& output,
                       KernelScratch& scratch) const {
@@ -215,8 +217,8 @@ void Kernel::Run(const BatchInput& input, BatchOutput& output, KernelScratch& sc
     Clear(output);
     unsigned char* pOutputRows = nullptr;
     if (_pCode->isVertex) {
-        pOutputRows = MakeRows(output.vertexRows,
-                               static_cast<std::size_t>(_pCode->layout.varyingWords) + 4);
+        pOutputRows =
+            MakeRows(output.vertexRows, static_cast<std::size_t>(_pCode->layout.varyingWords) + 4);
     } else if (_pCode->isPrefix) {
         pOutputRows = MakeRows(output.passedAttributes,
                                static_cast<std::size_t>(_pCode->layout.rayAttributeWords));

@@ -15,7 +15,7 @@ enum class LinearCode : std::uint16_t {
 #define TOLEN_OPENKL_ENUMERATOR(name, forms) name,
     TOLEN_OPENKL_INSTRUCTIONS(TOLEN_OPENKL_ENUMERATOR)
 #undef TOLEN_OPENKL_ENUMERATOR
-    Operate, ///< an Operation
+        Operate, ///< an Operation
     Label,
 };
 
@@ -23,8 +23,12 @@ enum class LinearCode : std::uint16_t {
 using Register = std::uint32_t;
 inline constexpr Register kScalarBit = 0x80000000u;
 inline constexpr Register kNoRegister = 0xffffffffu;
-inline bool IsScalar(Register r) { return (r & kScalarBit) != 0; }
-inline std::uint32_t GetIndex(Register r) { return r & ~kScalarBit; }
+inline bool IsScalar(Register r) {
+    return (r & kScalarBit) != 0;
+}
+inline std::uint32_t GetIndex(Register r) {
+    return r & ~kScalarBit;
+}
 
 struct LinearOp {
     LinearCode code = LinearCode::End;
@@ -67,7 +71,7 @@ struct LinearUnit {
     std::vector<LinearCall> calls;
     std::vector<LinearArray> arrays;
     std::vector<std::uint32_t> extra;
-    std::vector<std::uint32_t> loopOuter; ///< for each loop the one around it
+    std::vector<std::uint32_t> loopOuter;  ///< for each loop the one around it
     std::vector<std::uint32_t> loopStarts; ///< for each loop its ops
     std::vector<std::uint32_t> loopEnds;
     std::vector<std::int32_t> stepTexts; ///< for each LoopStep, by its extra

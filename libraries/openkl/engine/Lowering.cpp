@@ -2,7 +2,9 @@
 
 #include "engine/Uniformity.h"
 
+#include <algorithm>
 #include <unordered_map>
+#include <utility>
 
 namespace Tolen::OpenKL {
 
@@ -13,9 +15,8 @@ public:
     Lowerer(const IrUnit& unit, const Uniformity& uniformity)
         : _unit(unit), _uniformity(uniformity), _values(unit.ops.size(), kNoRegister),
           _variables(unit.variables.size(), kNoRegister),
-          _masks(unit.regions.size() + 1, kNoRegister),
-          _scopeEnds(unit.regions.size() + 1, 0), _loops(unit.loops.size()),
-          _blockEnds(unit.blocks.size()) {}
+          _masks(unit.regions.size() + 1, kNoRegister), _scopeEnds(unit.regions.size() + 1, 0),
+          _loops(unit.loops.size()), _blockEnds(unit.blocks.size()) {}
 
     LinearUnit Run() {
         _out.rows.push_back({kNone, false});
@@ -36,6 +37,8 @@ public:
     }
 
 private:
+    static constexpr int kNoExit = 1 << 30;
+
     struct LoopLabels {
         std::uint32_t next = 0; ///< where the step starts
         std::uint32_t end = 0;
@@ -123,19 +126,28 @@ private:
         _EmitJump(LinearCode::JumpIfNone, _scopeEnds[scope], _masks[scope]);
     }
 
-    /// Takes the lanes of @p lanes out of the masks from scope @p from out to @p to.
+    /// Takes the lanes of @p lanes out of the masks from scope @p from out to @p to. A mask that
+    /// tells those lanes itself stays as it is, unless it is the last.
     void _ClearMasks(Register lanes, std::uint32_t from, std::uint32_t to) {
-        std::vector<Register> masks;
-        for (std::uint32_t scope = from;; scope = _uniformity.scopeParents[scope]) {
-            masks.push_back(_masks[scope]);
-            if (scope == to || scope == 0) {
+        std::uint32_t scope = from;
+        while (true) {
+            if (_masks[scope] != lanes || scope == to) {
+                _EmitOperation(Operation::IAndNot, _masks[scope], _masks[scope], lanes);
+            }
+            if (scope == to) {
                 break;
             }
+            scope = _uniformity.scopeParents[scope];
         }
-        // The innermost may be the one that tells the lanes, so it goes last.
-        for (auto mask = masks.rbegin(); mask != masks.rend(); ++mask) {
-            _EmitOperation(Operation::IAndNot, *mask, *mask, lanes);
+        _outermostExit = std::min(_outermostExit, _GetDepth(to));
+    }
+
+    int _GetDepth(std::uint32_t scope) const {
+        int depth = 0;
+        for (; scope != 0; scope = _uniformity.scopeParents[scope]) {
+            ++depth;
         }
+        return depth;
     }
 
     void _LowerRegion(RegionId region) {
@@ -165,7 +177,6 @@ private:
             case NodeKind::Kill:
                 _ClearMasks(_GetMask(region), _GetScope(region), 0);
                 _EmitJump(LinearCode::Jump, _scopeEnds[_GetScope(region)]);
-                _hasExit = true;
                 break;
             }
         }
@@ -181,14 +192,15 @@ private:
         } else {
             _EmitJump(LinearCode::Jump, label);
         }
-        _hasExit = true;
     }
 
-    /// Whether code of the regions that were lowered since @p before may have taken lanes away.
-    bool _TakeExits(bool before) {
-        bool hasExit = _hasExit;
-        _hasExit |= before;
-        return hasExit;
+    /// Goes to the end of the scope of @p region when what was lowered since @p before has taken
+    /// the last of its lanes.
+    void _LeaveAfterExits(RegionId region, int before) {
+        if (_outermostExit <= _GetDepth(_GetScope(region))) {
+            _LeaveIfNone(region);
+        }
+        _outermostExit = std::min(_outermostExit, before);
     }
 
     void _LowerIf(const IrIf& choice, RegionId region) {
@@ -204,8 +216,7 @@ private:
         }
         std::uint32_t loop = _unit.regions[region].loop;
         Register outer = _GetMask(region);
-        bool before = _hasExit;
-        _hasExit = false;
+        int before = std::exchange(_outermostExit, kNoExit);
         Register otherwise = kNoRegister;
         if (hasFalse) {
             otherwise = _AddRow(loop, false);
@@ -219,9 +230,7 @@ private:
         if (hasFalse) {
             _LowerMasked(choice.whenFalse, otherwise);
         }
-        if (_TakeExits(before)) {
-            _LeaveIfNone(region);
-        }
+        _LeaveAfterExits(region, before);
     }
 
     void _LowerMasked(RegionId region, Register mask) {
@@ -259,8 +268,7 @@ private:
         labels.next = _AddLabel();
         labels.end = _AddLabel();
         std::uint32_t scope = _GetScope(loop.test);
-        bool before = _hasExit;
-        _hasExit = false;
+        int before = std::exchange(_outermostExit, kNoExit);
         if (_uniformity.divergentLoops[index]) {
             Register mask = _AddRow(loop.outer, false);
             _EmitOperation(Operation::Move, mask, _GetMask(region));
@@ -281,9 +289,7 @@ private:
         _out.loopEnds[index] = static_cast<std::uint32_t>(_out.ops.size());
         _PlaceLabel(labels.end);
         // Lanes may have left further out than this loop.
-        if (_TakeExits(before)) {
-            _LeaveIfNone(region);
-        }
+        _LeaveAfterExits(region, before);
     }
 
     void _LowerTest(const IrLoop& loop, std::uint32_t end) {
@@ -311,7 +317,7 @@ private:
         }
         _LowerRegion(loop.body);
         _PlaceLabel(_loops[index].next);
-        if (_uniformity.divergentContinues[index]) {
+        if (_outermostExit <= _GetDepth(_GetScope(loop.test))) {
             _LeaveIfNone(loop.test);
         }
     }
@@ -332,15 +338,13 @@ private:
         _ClearMasks(stopped, scope, 0);
         _LeaveIfNone(loop.test);
         _EmitJump(LinearCode::Jump, start);
-        _hasExit = true;
     }
 
     void _LowerBlock(std::uint32_t index, RegionId region) {
         RegionId inner = _unit.blocks[index].region;
         std::uint32_t end = _AddLabel();
         _blockEnds[index] = end;
-        bool before = _hasExit;
-        _hasExit = false;
+        int before = std::exchange(_outermostExit, kNoExit);
         if (_uniformity.divergentBlocks[index]) {
             std::uint32_t scope = _GetScope(inner);
             _masks[scope] = _AddRow(_unit.regions[region].loop, false);
@@ -349,9 +353,7 @@ private:
         }
         _LowerRegion(inner);
         _PlaceLabel(end);
-        if (_TakeExits(before)) {
-            _LeaveIfNone(region);
-        }
+        _LeaveAfterExits(region, before);
     }
 
     // Ops.
@@ -500,7 +502,8 @@ private:
         bool isScalar = _out.arrays[op.index].isScalar;
         bool isWhole = _uniformity.IsWithin(_GetScope(region), _uniformity.arrayScopes[op.index]);
         if (isScalar || isWhole) {
-            LinearOp& linear = _Emit(isScalar ? LinearCode::FillScalarArray : LinearCode::FillArray);
+            LinearOp& linear =
+                _Emit(isScalar ? LinearCode::FillScalarArray : LinearCode::FillArray);
             linear.a = value;
             linear.extra = op.index;
             return;
@@ -536,11 +539,12 @@ private:
     std::vector<Register> _variables;
     std::unordered_map<std::uint32_t, Register> _constants;
     std::unordered_map<std::uint32_t, std::uint32_t> _callOf;
-    std::vector<Register> _masks;         ///< by scope
+    std::vector<Register> _masks;          ///< by scope
     std::vector<std::uint32_t> _scopeEnds; ///< labels by scope
     std::vector<LoopLabels> _loops;
     std::vector<std::uint32_t> _blockEnds;
-    bool _hasExit = false; ///< an exit was lowered
+    /// The least depth of a scope that lanes were taken from.
+    int _outermostExit = kNoExit;
 };
 
 } // namespace

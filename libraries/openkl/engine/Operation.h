@@ -78,20 +78,20 @@ namespace Tolen::OpenKL {
     X(INotEqual, 2, true)                                                                          \
     X(ILess, 2, false)                                                                             \
     X(ILessEqual, 2, false)                                                                        \
-    X(FMulAdd, 3, true)        /* a * b + c, rounded twice */                                      \
-    X(FMulSub, 3, true)        /* a * b - c, rounded twice */                                      \
-    X(FNegMulAdd, 3, true)     /* c - a * b, rounded twice */                                      \
-    X(FClamp, 3, false)        /* FMin(FMax(a, b), c) */                                           \
-    X(Select, 3, false)        /* a ? b : c, a mask */                                             \
-    X(Random, 3, false)        /* float; of seed, sample and call */                               \
-    X(RandomPairX, 3, false)   /* the components of one point */                                   \
+    X(FMulAdd, 3, true)      /* a * b + c, rounded twice */                                        \
+    X(FMulSub, 3, true)      /* a * b - c, rounded twice */                                        \
+    X(FNegMulAdd, 3, true)   /* c - a * b, rounded twice */                                        \
+    X(FClamp, 3, false)      /* FMin(FMax(a, b), c) */                                             \
+    X(Select, 3, false)      /* a ? b : c, a mask */                                               \
+    X(Random, 3, false)      /* float; of seed, sample and call */                                 \
+    X(RandomPairX, 3, false) /* the components of one point */                                     \
     X(RandomPairY, 3, false)
 
 enum class Operation : std::uint16_t {
 #define TOLEN_OPENKL_ENUMERATOR(name, arity, commutes) name,
     TOLEN_OPENKL_OPERATIONS(TOLEN_OPENKL_ENUMERATOR)
 #undef TOLEN_OPENKL_ENUMERATOR
-    Count
+        Count
 };
 
 struct OperationInfo {

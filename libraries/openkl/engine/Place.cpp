@@ -86,9 +86,9 @@ ValueId PlaceAccess::_LoadWord(const Place& place, std::uint32_t position, BaseT
                                                   _GetAddress(place, 0)),
                                base);
     case WordStore::kState:
-        return _FromStoredWord(_builder.LoadTable(kTable_State, place.pStore->first + position,
-                                                  _GetAddress(place, 0)),
-                               base);
+        return _FromStoredWord(
+            _builder.LoadTable(kTable_State, place.pStore->first + position, _GetAddress(place, 0)),
+            base);
     default:
         return _LoadChosen(place, position, 0, base);
     }
@@ -103,11 +103,10 @@ ValueId PlaceAccess::_LoadChosen(const Place& place, std::uint32_t position, std
     const Place::Term& subscript = place.terms[term];
     ValueId chosen = _LoadChosen(place, position, term + 1, base);
     for (std::uint32_t element = 1; element < subscript.count; ++element) {
-        ValueId isFurther = _builder.Do(
-            Operation::ILessEqual, _builder.Int(static_cast<std::int32_t>(element)),
-            subscript.index);
-        ValueId other =
-            _LoadChosen(place, position + element * subscript.stride, term + 1, base);
+        ValueId isFurther =
+            _builder.Do(Operation::ILessEqual, _builder.Int(static_cast<std::int32_t>(element)),
+                        subscript.index);
+        ValueId other = _LoadChosen(place, position + element * subscript.stride, term + 1, base);
         chosen = _builder.Do(Operation::Select, isFurther, other, chosen);
     }
     return chosen;
@@ -135,8 +134,8 @@ void PlaceAccess::_StoreChosen(const Place& place, std::uint32_t position, std::
     const Place::Term& subscript = place.terms[term];
     for (std::uint32_t element = 0; element < subscript.count; ++element) {
         ValueId isHere = _IsAt(subscript, element);
-        ValueId both = condition == kNone ? isHere
-                                          : _builder.Do(Operation::IAnd, condition, isHere);
+        ValueId both =
+            condition == kNone ? isHere : _builder.Do(Operation::IAnd, condition, isHere);
         _StoreChosen(place, position + element * subscript.stride, term + 1, both, value);
     }
 }

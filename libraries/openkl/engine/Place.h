@@ -9,13 +9,13 @@ namespace Tolen::OpenKL {
 /// Where the words of a variable are.
 struct WordStore {
     enum Kind : std::uint8_t {
-        kVariables,    ///< IrVariables from first on
-        kArray,        ///< elements of IrArray first
-        kUniforms,     ///< words of the uniform table from first on; read-only, as all that follow
-        kState,        ///< words of the state from first on
-        kInterpolated, ///< interpolated words from first on
+        kVariables,     ///< IrVariables from first on
+        kArray,         ///< elements of IrArray first
+        kUniforms,      ///< words of the uniform table from first on; read-only, as all that follow
+        kState,         ///< words of the state from first on
+        kInterpolated,  ///< interpolated words from first on
         kRayAttributes, ///< incoming ray attribute words from first on
-        kValues,       ///< the values themselves
+        kValues,        ///< the values themselves
     };
     Kind kind = kValues;
     std::uint32_t first = 0;

@@ -9,8 +9,7 @@ namespace Tolen::OpenKL {
 namespace {
 
 /// Places that are free again, lowest first.
-using FreePlaces =
-    std::priority_queue<std::uint32_t, std::vector<std::uint32_t>, std::greater<>>;
+using FreePlaces = std::priority_queue<std::uint32_t, std::vector<std::uint32_t>, std::greater<>>;
 
 /// Gives each lifetime a place that no other one has at the same time.
 std::uint32_t Scan(const std::vector<Lifetime>& lifetimes, std::uint32_t firstPlace,

@@ -53,8 +53,8 @@ private:
 
 const TextureView* FindTexture(const ExecutionState& state, std::int32_t sampler) {
     const PrimitiveBinding& primitive = *state.pInput->pPrimitive;
-    bool isKnown = sampler >= 1 && sampler <= primitive.textureCount &&
-                   primitive.pTextures != nullptr;
+    bool isKnown =
+        sampler >= 1 && sampler <= primitive.textureCount && primitive.pTextures != nullptr;
     return isKnown ? primitive.pTextures + (sampler - 1) : nullptr;
 }
 
@@ -232,7 +232,9 @@ void Discard(ExecutionState& state, const CallFrame& frame) {
 
 } // namespace
 
-std::uint32_t HashSeed(std::uint32_t value) { return Hash(value + 0x2545f491u); }
+std::uint32_t HashSeed(std::uint32_t value) {
+    return Hash(value + 0x2545f491u);
+}
 
 void CallService(ExecutionState& state, const Instruction& instruction) {
     const ServiceCall& call = state.pCalls[instruction.imm];

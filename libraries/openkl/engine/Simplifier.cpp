@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <unordered_map>
+#include <utility>
 
 namespace Tolen::OpenKL {
 
@@ -12,6 +13,9 @@ namespace {
 /// Work in the branches of an If, in simple operations, up to which doing both and choosing is
 /// cheaper than masks and jumps.
 constexpr int kMaxBranchCost = 12;
+
+/// The most work of an operation that is moved out of a branch to ahead of a loop.
+constexpr int kMaxEarlyCost = 3;
 
 /// What makes two ops the same.
 struct OpKey {
@@ -27,8 +31,8 @@ struct OpKey {
 
 struct OpKeyHash {
     std::size_t operator()(const OpKey& key) const {
-        std::uint64_t hash = static_cast<std::uint64_t>(key.kind) << 16 |
-                             static_cast<std::uint64_t>(key.operation);
+        std::uint64_t hash =
+            static_cast<std::uint64_t>(key.kind) << 16 | static_cast<std::uint64_t>(key.operation);
         for (std::uint32_t part : {key.arguments[0], key.arguments[1], key.arguments[2], key.index,
                                    key.word, key.extra}) {
             hash = (hash ^ part) * 0x9e3779b97f4a7c15ull;
@@ -62,8 +66,9 @@ int GetCost(Operation operation) {
 class Simplifier {
 public:
     explicit Simplifier(IrUnit& unit)
-        : _unit(unit), _replacements(unit.ops.size(), kNone), _known(unit.variables.size(), kNone),
-          _arrayVersions(unit.arrays.size(), 0), _stored(unit.loops.size()),
+        : _unit(unit), _replacements(unit.ops.size(), kNone), _depths(unit.ops.size(), 0),
+          _known(unit.variables.size(), kNone), _arrayVersions(unit.arrays.size(), 0),
+          _stored(unit.loops.size()),
           _folder(
               unit, [this](std::uint32_t word) { return _MakeConstant(word); },
               [this](Operation operation, ValueId a, ValueId b) {
@@ -88,6 +93,11 @@ private:
     struct Stores {
         std::vector<std::uint32_t> variables;
         std::vector<std::uint32_t> arrays;
+    };
+
+    /// A loop that is being visited, and the nodes that it will stand behind.
+    struct OpenLoop {
+        std::vector<IrNode>* pOuterNodes;
     };
 
     /// Where undoing goes back to.
@@ -137,8 +147,7 @@ private:
     // Values.
 
     ValueId _MakeConstant(std::uint32_t word) {
-        auto [entry, isNew] =
-            _constants.try_emplace(word, static_cast<ValueId>(_unit.ops.size()));
+        auto [entry, isNew] = _constants.try_emplace(word, static_cast<ValueId>(_unit.ops.size()));
         if (isNew) {
             IrOp op;
             op.kind = IrKind::Constant;
@@ -167,6 +176,8 @@ private:
     ValueId _AddOp(const IrOp& op) {
         _unit.ops.push_back(op);
         _replacements.push_back(kNone);
+        _depths.push_back(
+            op.kind == IrKind::Constant ? 0 : static_cast<std::uint32_t>(_openLoops.size()));
         return static_cast<ValueId>(_unit.ops.size() - 1);
     }
 
@@ -194,8 +205,29 @@ private:
             return entry->second;
         }
         _keys.push_back(key);
-        _pNodes->push_back({NodeKind::Op, id});
+        std::size_t depth = _FindDepth(op);
+        std::vector<IrNode>& nodes =
+            depth < _openLoops.size() ? *_openLoops[depth].pOuterNodes : *_pNodes;
+        nodes.push_back({NodeKind::Op, id});
+        _depths[id] = static_cast<std::uint32_t>(depth);
         return id;
+    }
+
+    /// How many of the open loops an op must stand in. What is the same in every round goes ahead
+    /// of the loop, unless it is much work that not every round does.
+    std::size_t _FindDepth(const IrOp& op) const {
+        std::size_t depth = _openLoops.size();
+        bool isMovable = op.kind != IrKind::LoadArray &&
+                         (op.kind != IrKind::Operation || GetCost(op.operation) <= kMaxEarlyCost ||
+                          _branchDepth == 0);
+        if (!isMovable) {
+            return depth;
+        }
+        std::size_t needed = 0;
+        ForEachArgument(_unit, op, [&](ValueId argument) {
+            needed = std::max<std::size_t>(needed, _depths[argument]);
+        });
+        return std::min(needed, depth);
     }
 
     // What variables hold.
@@ -281,6 +313,7 @@ private:
         ForEachArgument(_unit, _unit.ops[id],
                         [&](ValueId& argument) { argument = _Resolve(argument); });
         const IrOp op = _unit.ops[id];
+        _depths[id] = static_cast<std::uint32_t>(_openLoops.size());
         switch (op.kind) {
         case IrKind::LoadVariable:
             if (_known[op.index] != kNone) {
@@ -353,7 +386,9 @@ private:
             VersionScope versions(*this);
             for (RegionId branch : branches) {
                 Mark mark = _GetMark();
+                ++_branchDepth;
                 _VisitRegion(branch);
+                --_branchDepth;
                 bool endsWithExit = _EndsWithExit(_unit.regions[branch].nodes);
                 std::vector<std::uint32_t> stored = _UndoStores(mark);
                 // Who comes through here has not been in a branch that leaves.
@@ -468,6 +503,8 @@ private:
             _arrayVersions[array] = ++_lastVersion;
         }
         Mark mark = _GetMark();
+        _openLoops.push_back({_pNodes});
+        int branchDepth = std::exchange(_branchDepth, 0);
         RegionId regions[3] = {_unit.loops[index].test, _unit.loops[index].body,
                                _unit.loops[index].step};
         if (_unit.loops[index].testsFirst) {
@@ -485,6 +522,8 @@ private:
             loop.condition = _Resolve(loop.condition);
         }
         _Undo(mark);
+        _branchDepth = branchDepth;
+        _openLoops.pop_back();
         _pNodes->push_back({NodeKind::Loop, index});
     }
 
@@ -523,6 +562,10 @@ private:
 
     IrUnit& _unit;
     std::vector<ValueId> _replacements;
+    /// How many loops each value is inside of; those of constants are 0.
+    std::vector<std::uint32_t> _depths;
+    std::vector<OpenLoop> _openLoops;
+    int _branchDepth = 0;        ///< branches around the open nodes, inside of the innermost loop
     std::vector<ValueId> _known; ///< the value of each variable, or kNone
     std::vector<std::pair<std::uint32_t, ValueId>> _changes; ///< of _known, to be undone
     std::vector<std::uint32_t> _escaped; ///< variables stored by branches that leave, so far
@@ -539,67 +582,8 @@ private:
 
 } // namespace
 
-void Simplify(IrUnit& unit) { Simplifier(unit).Run(); }
-
-void FuseOperations(IrUnit& unit) {
-    std::vector<std::uint32_t> uses(unit.ops.size());
-    auto use = [&](ValueId value) {
-        if (value != kNone) {
-            ++uses[value];
-        }
-    };
-    for (const IrRegion& region : unit.regions) {
-        for (const IrNode& node : region.nodes) {
-            if (node.kind == NodeKind::Op) {
-                ForEachArgument(unit, unit.ops[node.target], use);
-            } else if (node.kind == NodeKind::If) {
-                use(unit.ifs[node.target].condition);
-            } else if (node.kind == NodeKind::Loop) {
-                use(unit.loops[node.target].condition);
-            }
-        }
-    }
-    // A product from ahead of a loop is better made once.
-    std::vector<RegionId> places(unit.ops.size(), kNone);
-    for (RegionId region = 0; region < unit.regions.size(); ++region) {
-        for (const IrNode& node : unit.regions[region].nodes) {
-            if (node.kind == NodeKind::Op) {
-                places[node.target] = region;
-            }
-        }
-    }
-    auto isProductIn = [&](RegionId region, ValueId value) {
-        const IrOp& op = unit.ops[value];
-        return op.kind == IrKind::Operation && op.operation == Operation::FMul &&
-               uses[value] == 1 && places[value] == region;
-    };
-    auto fuse = [&](IrOp& op, Operation operation, ValueId product, ValueId other) {
-        op.operation = operation;
-        op.arguments = {unit.ops[product].arguments[0], unit.ops[product].arguments[1], other};
-    };
-    for (RegionId region = 0; region < unit.regions.size(); ++region) {
-        for (const IrNode& node : unit.regions[region].nodes) {
-            if (node.kind != NodeKind::Op || unit.ops[node.target].kind != IrKind::Operation) {
-                continue;
-            }
-            IrOp& op = unit.ops[node.target];
-            ValueId a = op.arguments[0];
-            ValueId b = op.arguments[1];
-            if (op.operation == Operation::FAdd) {
-                if (isProductIn(region, a)) {
-                    fuse(op, Operation::FMulAdd, a, b);
-                } else if (isProductIn(region, b)) {
-                    fuse(op, Operation::FMulAdd, b, a);
-                }
-            } else if (op.operation == Operation::FSub) {
-                if (isProductIn(region, a)) {
-                    fuse(op, Operation::FMulSub, a, b);
-                } else if (isProductIn(region, b)) {
-                    fuse(op, Operation::FNegMulAdd, b, a);
-                }
-            }
-        }
-    }
+void Simplify(IrUnit& unit) {
+    Simplifier(unit).Run();
 }
 
 } // namespace Tolen::OpenKL

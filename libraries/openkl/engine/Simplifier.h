@@ -11,7 +11,4 @@ namespace Tolen::OpenKL {
 /// Before: `x = a * b; y = x + a * b;`  After: `x = t; y = t + t;` with t = a * b.
 void Simplify(IrUnit& unit);
 
-/// Joins products that are used once with the sum around them, rounding as before.
-void FuseOperations(IrUnit& unit);
-
 } // namespace Tolen::OpenKL

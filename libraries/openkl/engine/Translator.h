@@ -17,7 +17,7 @@ enum class Entry { Setup, Main };
 
 /// Limits of the engine. Reaching one fails the kernel with a message.
 struct TranslationLimits {
-    int nesting = 0;         ///< levels of statements, expressions and calls in one another
+    int nesting = 0;            ///< levels of statements, expressions and calls in one another
     std::size_t operations = 0; ///< once all calls are inlined
 };
 
@@ -63,8 +63,8 @@ private:
     void _TranslateDeclaration(const DeclarationStatement& declaration);
     void _TranslateIf(const IfStatement& choice);
     void _TranslateLongIf(const IfStatement& choice);
-    /// Whether the branch of an If that holds ends by leaving a block.
-    bool _EndsWithLeave(std::uint32_t index) const;
+    /// Whether the branch of an If that holds ends by leaving a block or the round of a loop.
+    bool _EndsEarly(std::uint32_t index) const;
     void _TranslateLoop(const LoopStatement& loop);
     void _TranslateReturn(const ReturnStatement& statement);
     Values _Inline(const Function& function, const std::vector<const Expression*>& arguments);

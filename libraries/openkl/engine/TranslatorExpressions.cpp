@@ -105,8 +105,8 @@ Values Translator::_Evaluate(const Expression& expression) {
                 values = _EvaluateLogical(binary.operation, values[0], *binary.right);
             } else {
                 Values right = _Evaluate(*binary.right);
-                values = _Combine(binary.operation, binary.left->type, values,
-                                  binary.right->type, right);
+                values = _Combine(binary.operation, binary.left->type, values, binary.right->type,
+                                  right);
             }
         }
     }
@@ -212,8 +212,8 @@ Values Translator::_EvaluateLogical(BinaryOperator operation, ValueId left,
                                     const Expression& right) {
     bool isAnd = operation == kBinary_LogicalAnd;
     if (_IsCheap(right)) {
-        return {_builder.Do(isAnd ? Operation::IAnd : Operation::IOr, left,
-                            _EvaluateScalar(right))};
+        return {
+            _builder.Do(isAnd ? Operation::IAnd : Operation::IOr, left, _EvaluateScalar(right))};
     }
     std::uint32_t result = _builder.AddVariables(1);
     _builder.StoreVariable(result, left);
@@ -356,8 +356,8 @@ Values Translator::_EvaluateBuiltinCall(const BuiltinCallExpression& call) {
     if (call.function == kFunction_Mix && call.arguments[2]->type.base == kBase_Bool) {
         return _math.Map(Operation::Select, arguments[2], arguments[1], arguments[0]);
     }
-    Values values = _math.CallFunction(call.function, call.arguments[0]->type.base, call.type,
-                                       arguments);
+    Values values =
+        _math.CallFunction(call.function, call.arguments[0]->type.base, call.type, arguments);
     // Where every argument was a scalar beside a vector result.
     if (values.size() == 1) {
         values.resize(static_cast<std::size_t>(call.type.CountScalars()), values[0]);

@@ -95,18 +95,19 @@ void Translator::_TranslateIf(const IfStatement& choice) {
         _builder.Return(last.position);
         _builder.SetReachable(last.position.isReachable &&
                               (last.endsReachable || otherwiseReachable));
-        // Behind a branch that returns, what follows belongs to the other one.
+        // Behind a branch that returns or goes on with the loop, what follows belongs to the other.
         if (open.empty() && choice.branches.size() == 1 && choice.otherwise == nullptr &&
-            !last.endsReachable && _builder.IsReachable() && _EndsWithLeave(last.index) &&
+            !last.endsReachable && _builder.IsReachable() && _EndsEarly(last.index) &&
             _builder.GetDepth() < kMaxNestedReturns) {
             _builder.ContinueIn(_unit.ifs[last.index].whenFalse);
         }
     }
 }
 
-bool Translator::_EndsWithLeave(std::uint32_t index) const {
+bool Translator::_EndsEarly(std::uint32_t index) const {
     const std::vector<IrNode>& nodes = _unit.regions[_unit.ifs[index].whenTrue].nodes;
-    return !nodes.empty() && nodes.back().kind == NodeKind::Leave;
+    return !nodes.empty() &&
+           (nodes.back().kind == NodeKind::Leave || nodes.back().kind == NodeKind::Continue);
 }
 
 /// Chains of any length, without nesting: whoever has run a branch leaves the block.

@@ -203,9 +203,8 @@ private:
     void _VisitOp(std::uint32_t id, std::uint32_t scope) {
         const IrOp& op = _unit.ops[id];
         bool isVarying = false;
-        ForEachArgument(_unit, op, [&](ValueId argument) {
-            isVarying |= _out.varyingValues[argument];
-        });
+        ForEachArgument(_unit, op,
+                        [&](ValueId argument) { isVarying |= _out.varyingValues[argument]; });
         switch (op.kind) {
         case IrKind::LoadLane:
         case IrKind::LoadInterpolated:
@@ -256,6 +255,8 @@ bool Uniformity::IsWithin(std::uint32_t outer, std::uint32_t inner) const {
     return inner == outer;
 }
 
-Uniformity AnalyzeUniformity(const IrUnit& unit) { return Analysis(unit).Run(); }
+Uniformity AnalyzeUniformity(const IrUnit& unit) {
+    return Analysis(unit).Run();
+}
 
 } // namespace Tolen::OpenKL

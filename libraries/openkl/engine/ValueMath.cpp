@@ -6,7 +6,9 @@ namespace Tolen::OpenKL {
 
 namespace {
 
-ValueId At(const Values& values, std::size_t i) { return values.size() == 1 ? values[0] : values[i]; }
+ValueId At(const Values& values, std::size_t i) {
+    return values.size() == 1 ? values[0] : values[i];
+}
 
 /// Functions that are one operation for each component.
 Operation GetFloatOperation(BuiltinFunction function) {
@@ -153,13 +155,16 @@ ValueId ValueMath::Any(const Values& masks) {
     return any;
 }
 
-ValueId ValueMath::Not(ValueId mask) { return _builder.Do(Operation::INot, mask); }
+ValueId ValueMath::Not(ValueId mask) {
+    return _builder.Do(Operation::INot, mask);
+}
 
 Values ValueMath::MatrixTimesMatrix(const Values& a, const Values& b, std::size_t size) {
     Values result;
     for (std::size_t column = 0; column < size; ++column) {
         auto first = b.begin() + static_cast<std::ptrdiff_t>(column * size);
-        Values product = MatrixTimesVector(a, Values(first, first + static_cast<std::ptrdiff_t>(size)));
+        Values product =
+            MatrixTimesVector(a, Values(first, first + static_cast<std::ptrdiff_t>(size)));
         result.insert(result.end(), product.begin(), product.end());
     }
     return result;
@@ -240,8 +245,7 @@ Values ValueMath::Inverse(const Values& matrix, std::size_t size) {
         }
     }
     Values firstColumn(matrix.begin(), matrix.begin() + static_cast<std::ptrdiff_t>(size));
-    Values firstCofactors(cofactors.begin(),
-                          cofactors.begin() + static_cast<std::ptrdiff_t>(size));
+    Values firstCofactors(cofactors.begin(), cofactors.begin() + static_cast<std::ptrdiff_t>(size));
     ValueId scale =
         _builder.Do(Operation::FDiv, _builder.Float(1.0f), Dot(firstColumn, firstCofactors));
     return Map(Operation::FMul, Transpose(cofactors, size), {scale});
@@ -395,8 +399,8 @@ Values ValueMath::_CallCommon(BuiltinFunction function, BaseType base,
         Values span = Map(Operation::FSub, arguments[1], a);
         Values offset = Map(Operation::FSub, arguments[2], a);
         Values t = Map(Operation::FClamp, Map(Operation::FDiv, offset, span), {zero}, {one});
-        Values slope = Map(Operation::FNegMulAdd, {_builder.Float(2.0f)}, t,
-                           {_builder.Float(3.0f)});
+        Values slope =
+            Map(Operation::FNegMulAdd, {_builder.Float(2.0f)}, t, {_builder.Float(3.0f)});
         return Map(Operation::FMul, Map(Operation::FMul, t, t), slope);
     }
     case kFunction_FloatBitsToInt:

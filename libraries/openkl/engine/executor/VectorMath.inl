@@ -3,10 +3,10 @@
 // the same bits. The polynomials in single precision are those of the Cephes library (S. Moshier);
 // large arguments of sin, cos and tan are reduced after Payne and Hanek (1983).
 //
-// Error bounds, tested against double precision: half an ulp for sqrt, 1 ulp for pow, 2 ulp for exp,
-// exp2, log, log2 and inversesqrt, 2.5 ulp for asin, acos and atan, 4 ulp for atan of two arguments,
-// for the hyperbolic functions and their inverses and for tan from -1.5 to 1.5; sin and cos 1.2e-7
-// absolute for every finite argument.
+// Error bounds, tested against double precision: half an ulp for sqrt, 1 ulp for pow, 2 ulp for
+// exp, exp2, log, log2 and inversesqrt, 2.5 ulp for asin, acos and atan, 4 ulp for atan of two
+// arguments, for the hyperbolic functions and their inverses and for tan from -1.5 to 1.5; sin and
+// cos 1.2e-7 absolute for every finite argument.
 
 template <class L>
 struct VectorMath {

@@ -1,12 +1,11 @@
 #include "KslParsing.h"
+#include "SmallStack.h"
 
 #include "TolenEffects/Limits.h"
 
 #include <gtest/gtest.h>
 
-#include <pthread.h>
-
-#include <functional>
+#include <string>
 
 namespace Tolen::Effects {
 namespace {
@@ -20,23 +19,6 @@ std::string Repeat(const std::string& text, int count) {
         repeated += text;
     }
     return repeated;
-}
-
-/// Runs @p body on a thread with a stack of 1 MiB.
-void RunOnSmallStack(const std::function<void()>& body) {
-    pthread_attr_t attributes;
-    ASSERT_EQ(pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, std::size_t{1} << 20), 0);
-    const auto run = [](void* argument) -> void* {
-        (*static_cast<const std::function<void()>*>(argument))();
-        return nullptr;
-    };
-    pthread_t thread;
-    ASSERT_EQ(pthread_create(&thread, &attributes, run,
-                             const_cast<std::function<void()>*>(&body)),
-              0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
 }
 
 /// A source that nests to any depth: head, opening text each level, core, closing text, tail.
@@ -84,7 +66,7 @@ constexpr Shape kShapes[] = {
 int Outer(const Shape& shape) { return std::string(shape.name).ends_with("values") ? 1 : 0; }
 
 TEST(KslParserLimits, Nesting_WorksUpToTheLimitAndIsRefusedBeyondIt) {
-    RunOnSmallStack([] {
+    OnSmallStack([] {
         for (const Shape& shape : kShapes) {
             const int limit = kLimitNesting - Outer(shape);
             EXPECT_TRUE(Parse(shape.Make(limit)).success) << shape.name;
@@ -101,7 +83,7 @@ TEST(KslParserLimits, Nesting_WorksUpToTheLimitAndIsRefusedBeyondIt) {
 }
 
 TEST(KslParserLimits, Nesting_FarBeyondTheLimitIsRefusedToo) {
-    RunOnSmallStack([] {
+    OnSmallStack([] {
         for (const Shape& shape : kShapes) {
             EXPECT_EQ(Parse(shape.Make(50'000)).errors.size(), 1u) << shape.name;
             EXPECT_EQ(Parse(std::string(shape.head) + Repeat(shape.open, 50'000)).errors.size(),
@@ -143,7 +125,7 @@ TEST(KslParserLimits, Source_WorksUpToTheLimitAndIsRefusedBeyondIt) {
 }
 
 TEST(KslParserLimits, OperatorChains_HaveAnyLength) {
-    RunOnSmallStack([] {
+    OnSmallStack([] {
         for (const char* op : {"+", "-", "*", ",", "||", "<", "<<"}) {
             const Parsed parsed = Parse("{a" + Repeat(std::string(op) + "a", 50'000) + "}");
             EXPECT_TRUE(parsed.success) << op;
@@ -152,14 +134,14 @@ TEST(KslParserLimits, OperatorChains_HaveAnyLength) {
 }
 
 TEST(KslParserLimits, ElseIfChains_HaveAnyLength) {
-    RunOnSmallStack([] {
+    OnSmallStack([] {
         EXPECT_TRUE(Parse("void f() {" + Repeat("if (a) b; else ", 50'000) + ";}").success);
         EXPECT_TRUE(Parse("void f() {" + Repeat("if (a) { b; } else ", 50'000) + "{} }").success);
     });
 }
 
 TEST(KslParserLimits, AbandonedChains_AreFreed) {
-    RunOnSmallStack([] {
+    OnSmallStack([] {
         EXPECT_FALSE(Parse("{a" + Repeat("+a", 50'000)).success);
         EXPECT_FALSE(Parse("[" + Repeat("if (a) b; else ", 50'000)).success);
     });

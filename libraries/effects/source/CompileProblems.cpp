@@ -47,9 +47,7 @@ std::string _GetPath(const std::vector<Place>& places) {
 }
 
 bool _Report(const char* format, const std::vector<Place>& places) {
-    if (IMgrConsole* console = GetMgrConsole()) {
-        console->Print("%s%s\n", format, _GetPath(places).c_str());
-    }
+    ConsolePrint("%s%s\n", format, _GetPath(places).c_str());
     return false;
 }
 

@@ -51,9 +51,8 @@ bool CompilerShaderRoot::Compile(Result* result) {
     if (_pKLShader->SetString(printer.GetText(), result)) {
         return true;
     }
-    IMgrConsole* const console = GetMgrConsole();
-    if (console != nullptr && _GetRefusal() != nullptr) {
-        console->Print("%s", _GetRefusal());
+    if (_GetRefusal() != nullptr) {
+        ConsolePrint("%s", _GetRefusal());
     }
     return false;
 }

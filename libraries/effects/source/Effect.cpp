@@ -16,18 +16,11 @@
 #include "TolenCore/Result.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <set>
+#include <utility>
 
 namespace Tolen::Effects {
-
-namespace {
-
-void _Print(const std::string& text) {
-    if (IMgrConsole* console = GetMgrConsole()) {
-        console->Print("%s", text.c_str());
-    }
-}
-
-} // namespace
 
 template <class PolicyVertex, class PolicyCompiler>
 Effect<PolicyVertex, PolicyCompiler>::Effect() = default;
@@ -46,7 +39,7 @@ bool Effect<PolicyVertex, PolicyCompiler>::Init(IMgrEffects* manager) {
     _pKLProgram = context == nullptr ? nullptr : context->CreateProgram();
     if (_pKLProgram == nullptr) {
         Shutdown();
-        _Print("Effect::Init CreateProgram\n");
+        ConsolePrint("Effect::Init CreateProgram\n");
         return false;
     }
     _pKLProgram->SetName(_name);
@@ -61,11 +54,21 @@ bool Effect<PolicyVertex, PolicyCompiler>::Init(IMgrEffects* manager) {
 
 template <class PolicyVertex, class PolicyCompiler>
 void Effect<PolicyVertex, PolicyCompiler>::Shutdown() {
-    _listenersDelete.Fire(this);
+    const std::shared_ptr<const void> hold = _Hold();
+    // A listener may end the effect, or the manager, in the middle of this: then the inner call does
+    // all of it and the outer one finds nothing left.
+    const bool isNested = std::exchange(_isShuttingDown, true);
+    if (!isNested) {
+        _listenersDelete.Fire(this);
+    }
     _listenersDelete.Clear();
     _ShutdownReferenceEffects();
     _listenersApply.Clear();
     _listenersUpdate.Clear();
+    // Ends a firing that is in progress; there is none after this.
+    _listenersChangeValue.Clear();
+    _listenersChangeStructure.Clear();
+    _listenersCompile.Clear();
     _policyVertex.Shutdown();
     if (_pMgrEffects != nullptr) {
         auto onChangeIndices = MakeDelegate(this, &Effect::_OnChangeOutputIndices);
@@ -87,6 +90,7 @@ void Effect<PolicyVertex, PolicyCompiler>::Shutdown() {
     _pReferenceShaderRoot = nullptr;
     _pKLPrimitiveApply = nullptr;
     _pMgrEffects = nullptr;
+    _isShuttingDown = isNested;
 }
 
 template <class PolicyVertex, class PolicyCompiler>
@@ -179,9 +183,21 @@ bool Effect<PolicyVertex, PolicyCompiler>::RemoveListenerChangeAttribute(
 
 template <class PolicyVertex, class PolicyCompiler>
 bool Effect<PolicyVertex, PolicyCompiler>::SetRoot(IShader* shader) {
-    if (_pMgrEffects == nullptr) {
+    if (_pMgrEffects == nullptr || _isShuttingDown || _isReplacingRoot) {
         return false;
     }
+    const std::shared_ptr<const void> hold = _Hold();
+    _isReplacingRoot = true;
+    const bool replaced = _ReplaceRoot(shader);
+    _isReplacingRoot = false;
+    if (replaced) {
+        _listenersChangeStructure.Fire(this);
+    }
+    return replaced;
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::_ReplaceRoot(IShader* shader) {
     IMgrEffects* const manager = _pMgrEffects;
     // The number of the old graph is the next to be handed out. It is held back while the new graph
     // draws its own, so that the names in the new text differ from those before.
@@ -189,6 +205,9 @@ bool Effect<PolicyVertex, PolicyCompiler>::SetRoot(IShader* shader) {
     Key held;
     if (hadGraph) {
         _ShutdownGraph();
+        if (_pMgrEffects == nullptr) {
+            return false;
+        }
         held = manager->CreateKey();
     }
     _pReferenceShaderRoot = nullptr;
@@ -201,7 +220,6 @@ bool Effect<PolicyVertex, PolicyCompiler>::SetRoot(IShader* shader) {
     }
     _pReferenceShaderRoot = shader->GetReference(_pGraph.get());
     _isCompiled = false;
-    _listenersChangeStructure.Fire(this);
     return true;
 }
 
@@ -216,6 +234,9 @@ bool Effect<PolicyVertex, PolicyCompiler>::_InitGraph(IShader* shader) {
         Shutdown();
         return false;
     }
+    if (_pMgrEffects == nullptr) {
+        return false;
+    }
     _pGraph = std::move(graph);
     _pReferenceGraph = _pGraph->CreateReference(this);
     auto onChangeValue = MakeDelegate(this, &Effect::_OnChangeValueGraph);
@@ -226,11 +247,13 @@ bool Effect<PolicyVertex, PolicyCompiler>::_InitGraph(IShader* shader) {
     _pReferenceGraph->AddListenerChangeStructure(onChangeStructure);
     _pReferenceGraph->AddListenerCompile(onCompile);
     _pGraph->AddListenerForgetUpdates(onForget);
-    if (!_policyVertex.InitGraph(_pGraph.get())) {
-        _ShutdownGraph();
-        return false;
+    if (_policyVertex.InitGraph(_pGraph.get())) {
+        return true;
     }
-    return true;
+    if (_pGraph != nullptr) {
+        _ShutdownGraph();
+    }
+    return false;
 }
 
 template <class PolicyVertex, class PolicyCompiler>
@@ -252,7 +275,7 @@ bool Effect<PolicyVertex, PolicyCompiler>::GetRoot(IShader*& shader) const {
 
 template <class PolicyVertex, class PolicyCompiler>
 IReferenceEffect* Effect<PolicyVertex, PolicyCompiler>::CreateReference(IKLPrimitive* primitive) {
-    if (_pMgrEffects == nullptr) {
+    if (_pMgrEffects == nullptr || _isShuttingDown) {
         return nullptr;
     }
     auto getReferenceShader = MakeDelegate(this, &Effect::_GetReferenceShader);
@@ -307,6 +330,7 @@ bool Effect<PolicyVertex, PolicyCompiler>::Apply(IKLPrimitive* primitive, Result
     if (primitive == nullptr) {
         return false;
     }
+    const std::shared_ptr<const void> hold = _Hold();
     const ProfileScope scope("Effect< PolicyVertex >::Apply", _pMgrEffects->GetProfiler());
     const AutoBindKLPrimitive bind(primitive);
     klUseProgram(_pKLProgram->GetHandle());
@@ -341,27 +365,17 @@ bool Effect<PolicyVertex, PolicyCompiler>::Update(Result* result) {
     if (_isUpdating) {
         return false;
     }
-    const LifeToken::Watch alive = _life.GetWatch();
+    const std::shared_ptr<const void> hold = _Hold();
     _isUpdating = true;
     bool updated = true;
     if (!_isCompiled) {
         updated = _pGraph != nullptr && _pGraph->Compile(result);
-        if (!alive) {
-            return false;
-        }
         if (!updated) {
             _CheckCompileProblems(result);
-        } else if (_pGraph == nullptr) {
-            // A failure of the API has shut the effect down in the middle of the compile.
-            updated = false;
         }
     }
-    if (updated) {
-        updated = _listenersUpdate.Fire(this);
-        if (!alive) {
-            return false;
-        }
-    }
+    // A failure of the API, or a listener, may have shut the effect down on the way.
+    updated = updated && _pGraph != nullptr && _listenersUpdate.Fire(this) && _pGraph != nullptr;
     _isUpdating = false;
     return updated;
 }
@@ -392,21 +406,13 @@ bool Effect<PolicyVertex, PolicyCompiler>::_Compile(Result* result) {
         }
         return false;
     }
-    if (!_InitShaderRoot()) {
+    const auto compiled = _pGraph->GetCreationNumber();
+    if (!_InitShaderRoot() || !_CompileGraphsForeign(result) || !_LinkWithForeign(result)) {
         return false;
     }
-    const std::vector<Graph*> foreign = _pGraph->GetGraphsForeign();
-    auto compiler = PolicyCompiler::CreateCompiler(_pMgrEffects, _policyVertex.GetShaderVertex(),
-                                                   _pReferenceGraph, _pKLShaderRoot);
-    const bool linked = _AddShadersForeign(foreign, result) && compiler.Compile(result) &&
-                        _policyVertex.Compile(this) && _Link(result);
-    // Shaders of other graphs may go at any time, so they stay no longer than for the link.
-    for (Graph* graph : foreign) {
-        if (graph->GetKLShader() != nullptr) {
-            _pKLProgram->DetachShader(graph->GetKLShader());
-        }
-    }
-    if (!linked) {
+    // A listener of one of these steps may have changed the structure, or set another root: the
+    // program is stale already.
+    if (_pGraph == nullptr || _pGraph->GetCreationNumber() != compiled || !_pGraph->IsCompiled()) {
         return false;
     }
     _isCompiled = true;
@@ -425,7 +431,7 @@ bool Effect<PolicyVertex, PolicyCompiler>::_InitShaderRoot() {
     // What fails here can't be mended: the effect gives up its program and its graph.
     const auto fail = [this](const char* text) {
         Shutdown();
-        _Print(text);
+        ConsolePrint("%s", text);
         return false;
     };
     _pKLShaderRoot = context->CreateShader(PolicyCompiler::kType);
@@ -443,15 +449,46 @@ bool Effect<PolicyVertex, PolicyCompiler>::_InitShaderRoot() {
 }
 
 template <class PolicyVertex, class PolicyCompiler>
-bool Effect<PolicyVertex, PolicyCompiler>::_AddShadersForeign(const std::vector<Graph*>& graphs,
-                                                              Result* result) {
-    for (Graph* graph : graphs) {
-        if ((!graph->IsCompiled() && !graph->Compile(result)) ||
-            !_pKLProgram->AddShader(graph->GetKLShader())) {
+bool Effect<PolicyVertex, PolicyCompiler>::_CompileGraphsForeign(Result* result) {
+    // Every compile tells listeners, who may destroy graphs or bring in others, so that the list is
+    // asked for again after each; a graph that does not stay compiled ends the search.
+    std::set<std::uint64_t> tried;
+    const auto isDirty = [](Graph* graph) { return !graph->IsCompiled(); };
+    while (_pGraph != nullptr) {
+        const std::vector<Graph*> graphs = _pGraph->GetGraphsForeign();
+        const auto dirty = std::find_if(graphs.begin(), graphs.end(), isDirty);
+        if (dirty == graphs.end()) {
+            return true;
+        }
+        if (!tried.insert((*dirty)->GetCreationNumber()).second || !(*dirty)->Compile(result)) {
             return false;
         }
     }
-    return true;
+    return false;
+}
+
+template <class PolicyVertex, class PolicyCompiler>
+bool Effect<PolicyVertex, PolicyCompiler>::_LinkWithForeign(Result* result) {
+    std::set<IKLShader*> foreign;
+    bool good = true;
+    for (Graph* graph : _pGraph->GetGraphsForeign()) {
+        good = good && _pKLProgram->AddShader(graph->GetKLShader());
+        foreign.insert(graph->GetKLShader());
+    }
+    auto compiler = PolicyCompiler::CreateCompiler(_pMgrEffects, _policyVertex.GetShaderVertex(),
+                                                   _pReferenceGraph, _pKLShaderRoot);
+    good = good && compiler.Compile(result) && _policyVertex.Compile(this) && _Link(result);
+    if (_pGraph == nullptr || foreign.empty()) {
+        return good;
+    }
+    // Shaders of other graphs may go at any time, so they stay no longer than for the link. Those
+    // that went in the meantime have left the program by that.
+    for (Graph* graph : _pGraph->GetGraphsForeign()) {
+        if (foreign.count(graph->GetKLShader()) != 0) {
+            _pKLProgram->DetachShader(graph->GetKLShader());
+        }
+    }
+    return good;
 }
 
 template <class PolicyVertex, class PolicyCompiler>
@@ -460,32 +497,32 @@ bool Effect<PolicyVertex, PolicyCompiler>::_Link(Result* result) {
     if (_pKLProgram->Link(result)) {
         return true;
     }
-    _Print("Effect::_Compile Link\n");
+    ConsolePrint("Effect::_Compile Link\n");
     return false;
 }
 
 template <class PolicyVertex, class PolicyCompiler>
 bool Effect<PolicyVertex, PolicyCompiler>::_CheckCompileProblems(Result*) {
-    _Print("Effect::Apply Not Compiled for " + _name + "\n");
+    ConsolePrint("Effect::Apply Not Compiled for %s\n", _name.c_str());
     if (_isCompiled) {
         return true;
     }
     if (_pMgrEffects == nullptr) {
-        _Print("MgrEffects pointer is NULL\n");
+        ConsolePrint("MgrEffects pointer is NULL\n");
     }
     if (_pGraph == nullptr) {
-        _Print("There is no graph in Effect " + _name + "\n");
+        ConsolePrint("There is no graph in Effect %s\n", _name.c_str());
         return false;
     }
     IShader* root = nullptr;
     if (!GetRoot(root) || root == nullptr) {
-        _Print("Effect " + _name + " doesn't have a root shader\n");
+        ConsolePrint("Effect %s doesn't have a root shader\n", _name.c_str());
         return false;
     }
     if (!CheckCompileProblems(root)) {
         return false;
     }
-    _Print("Could not find any problems for the Effect " + _name + "\n");
+    ConsolePrint("Could not find any problems for the Effect %s\n", _name.c_str());
     return true;
 }
 
@@ -550,6 +587,7 @@ bool Effect<PolicyVertex, PolicyCompiler>::_OnChangeStructureGraph(IReferenceGra
 
 template <class PolicyVertex, class PolicyCompiler>
 bool Effect<PolicyVertex, PolicyCompiler>::_OnCompileGraph(IReferenceGraph* graph) {
+    const std::shared_ptr<const void> hold = _Hold();
     IMgrEffects* const manager = _pMgrEffects;
     Result r;
     if (!TOLEN_CHECK_TEXT(graph->GetGraph()->IsComplete(&r), "pGraph->GetGraph()->IsComplete( &r )",

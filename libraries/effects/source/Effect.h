@@ -8,7 +8,6 @@
 #include "TolenEffects/IEffect.h"
 
 #include "TolenCore/CreationOrder.h"
-#include "TolenCore/LifeToken.h"
 #include "TolenCore/ListenerSet.h"
 
 #include <memory>
@@ -28,10 +27,15 @@ class IReferenceShader;
 /// An effect: the graph of its root shader, the generated root shader with the entry points, and
 /// the program that links both, with what stands for it on each primitive.
 ///
+/// Listeners may do anything to an effect while it calls them. One that destroys it ends it at once;
+/// its memory stays until the operation in progress returns.
+///
 /// @tparam PolicyVertex   the vertex side: PolicyVertexSurface or PolicyVertexNull
 /// @tparam PolicyCompiler the stage: PolicyCompilerRay, PolicyCompilerFrame, PolicyCompilerPrefixRay
 template <class PolicyVertex, class PolicyCompiler>
-class Effect : public IEffect, public CreationOrder {
+class Effect : public IEffect,
+               public CreationOrder,
+               public std::enable_shared_from_this<Effect<PolicyVertex, PolicyCompiler>> {
 public:
     Effect();
     ~Effect() override;
@@ -72,12 +76,17 @@ public:
     IMgrEffects* GetMgrEffects() override;
 
 private:
+    /// Keeps the memory of this effect for a scope.
+    std::shared_ptr<const void> _Hold() { return this->weak_from_this().lock(); }
+
+    bool _ReplaceRoot(IShader* shader);
     bool _InitGraph(IShader* shader);
     void _ShutdownGraph();
     void _ShutdownReferenceEffects();
     bool _Compile(Result* result);
     bool _InitShaderRoot();
-    bool _AddShadersForeign(const std::vector<Graph*>& graphs, Result* result);
+    bool _CompileGraphsForeign(Result* result);
+    bool _LinkWithForeign(Result* result);
     bool _Link(Result* result);
     bool _CheckCompileProblems(Result* result);
     bool _UpdateOutputAttachmentIndexForOutput(const std::string& name);
@@ -107,7 +116,8 @@ private:
     ListenerSet<FastDelegate1<IEffect*, bool>> _listenersUpdate;
     IKLPrimitive* _pKLPrimitiveApply = nullptr; ///< the one being applied
     bool _isUpdating = false;
-    LifeToken _life;
+    bool _isReplacingRoot = false;
+    bool _isShuttingDown = false;
 };
 
 using EffectSurface = Effect<PolicyVertexSurface, PolicyCompilerRay>;

@@ -4,6 +4,7 @@
 
 #include "TolenCore/Assert.h"
 #include "TolenCore/Console.h"
+#include "TolenCore/LifeToken.h"
 
 #include <algorithm>
 #include <memory>
@@ -18,14 +19,29 @@ namespace Tolen::Effects {
 template <class T>
 class FactoryTEffect : public IFactoryEffect {
 public:
+    FactoryTEffect() = default;
+    FactoryTEffect(const FactoryTEffect&) = delete;
+    FactoryTEffect& operator=(const FactoryTEffect&) = delete;
+
     /// @param manager borrowed
     bool Init(IMgrEffects* manager) {
         _pMgrEffects = manager;
         return true;
     }
 
+    ~FactoryTEffect() override {
+        // Shut down one by one, as an effect whose operation is in progress outlives its factory.
+        const std::vector<std::shared_ptr<T>> effects = std::move(_effects);
+        _effects.clear();
+        for (const std::shared_ptr<T>& effect : effects) {
+            if (effect != nullptr) {
+                effect->Shutdown();
+            }
+        }
+    }
+
     IEffect* CreateEffect() override {
-        auto effect = std::make_unique<T>();
+        auto effect = std::make_shared<T>();
         if (!effect->Init(_pMgrEffects)) {
             effect.reset();
         }
@@ -39,15 +55,14 @@ public:
         }
         const auto found = _Find(pEffect);
         if (found == _effects.end()) {
-            if (IMgrConsole* console = GetMgrConsole()) {
-                console->Print("FactoryTEffect::DestroyEffect Effect Not Found\n");
-            }
+            ConsolePrint("FactoryTEffect::DestroyEffect Effect Not Found\n");
             return;
         }
         // Out of the list first, so that nobody whom its end calls finds it there.
-        const std::unique_ptr<T> effect = std::move(*found);
+        const std::shared_ptr<T> effect = std::move(*found);
         _effects.erase(found);
         ++_countDestroyed;
+        effect->Shutdown();
     }
 
     bool VisitEffects(FastDelegate1<IEffect*, bool>& visit) override {
@@ -56,12 +71,17 @@ public:
             effects.push_back(effect.get());
         }
         const unsigned long long destroyedBefore = _countDestroyed;
+        const LifeToken::Watch alive = _life.GetWatch();
         bool all = true;
         for (IEffect* effect : effects) {
             // One that a visit before this has destroyed is passed over.
             if (effect == nullptr || _countDestroyed == destroyedBefore ||
                 _Find(effect) != _effects.end()) {
                 all = visit(effect) && all;
+            }
+            if (!alive) {
+                // The manager is shut down.
+                return false;
             }
         }
         return all;
@@ -74,8 +94,10 @@ private:
     }
 
     IMgrEffects* _pMgrEffects = nullptr; ///< borrowed
-    std::vector<std::unique_ptr<T>> _effects;
+    /// Nobody else keeps one for longer than an operation of the effect takes.
+    std::vector<std::shared_ptr<T>> _effects;
     unsigned long long _countDestroyed = 0;
+    LifeToken _life;
 };
 
 } // namespace Tolen::Effects

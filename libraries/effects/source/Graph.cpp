@@ -22,16 +22,6 @@
 
 namespace Tolen::Effects {
 
-namespace {
-
-void _Print(const char* text) {
-    if (IMgrConsole* console = GetMgrConsole()) {
-        console->Print("%s", text);
-    }
-}
-
-} // namespace
-
 Graph::Graph() : _isCompiling(std::make_shared<bool>(false)) {}
 
 Graph::~Graph() { Shutdown(); }
@@ -169,7 +159,7 @@ bool Graph::AddReferencePrototypeShader(IPrototypeShader* prototype,
 bool Graph::RemoveReferencePrototypeShader(IPrototypeShader* prototype) {
     const auto found = _prototypeShaders.find(prototype);
     if (found == _prototypeShaders.end()) {
-        _Print("Graph::RemoveReferencePrototypeShader PrototypeShader Not Found\n");
+        ConsolePrint("Graph::RemoveReferencePrototypeShader PrototypeShader Not Found\n");
         return false;
     }
     auto onChange = MakeDelegate(this, &Graph::_OnChangeStructure);
@@ -186,7 +176,7 @@ bool Graph::AddReferencePrototypeInterface(IPrototypeInterface* prototype,
 
 bool Graph::RemoveReferencePrototypeInterface(IPrototypeInterface* prototype) {
     if (_prototypeInterfaces.erase(prototype) == 0) {
-        _Print("Graph::RemoveReferencePrototypeInterface IPrototypeInterface Not Found\n");
+        ConsolePrint("Graph::RemoveReferencePrototypeInterface IPrototypeInterface Not Found\n");
         return false;
     }
     return true;
@@ -205,7 +195,7 @@ bool Graph::AcquireAttribute(TypeSpecifier type, const std::string& name,
     const auto found = _attributes.find(name);
     if (found != _attributes.end()) {
         if (found->second.attribute.type != type) {
-            _Print("Graph::AcquireAttribute Type Collision\n");
+            ConsolePrint("Graph::AcquireAttribute Type Collision\n");
             return false;
         }
         ++found->second.count;
@@ -393,9 +383,10 @@ IKLShader::Type Graph::GetType() { return _type; }
 
 void Graph::AddGraphForeign(Graph* graph) {
     ++_graphsForeign[graph];
-    ++graph->_countUsers;
-    // The first user makes all methods of the shader part of the text.
-    graph->_OnChangeStructure();
+    if (++graph->_countUsers == 1) {
+        // The first user makes all methods of the shader part of the text.
+        graph->_OnChangeStructure();
+    }
 }
 
 void Graph::RemoveGraphForeign(Graph* graph) {

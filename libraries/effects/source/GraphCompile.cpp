@@ -59,9 +59,7 @@ bool Graph::_Compile(Result* result) {
 
     const std::unique_ptr<Module> module(Module::Create(nullptr));
     if (module == nullptr) {
-        if (IMgrConsole* console = GetMgrConsole()) {
-            console->Print("Graph::_Compile Module Creation\n");
-        }
+        ConsolePrint("Graph::_Compile Module Creation\n");
         return false;
     }
     if (!_CollectModule(module.get())) {
@@ -102,9 +100,7 @@ bool Graph::_CompileText(VisitorPrintKsl& printer, Result* result) {
     if (result != nullptr && !messages.IsEmpty()) {
         result->Add("%s", _TranslateErrorMessage(messages.GetLast(), printer).c_str());
     }
-    if (IMgrConsole* console = GetMgrConsole()) {
-        console->Print("Graph::_Compile SetString\n");
-    }
+    ConsolePrint("Graph::_Compile SetString\n");
     return false;
 }
 

@@ -11,7 +11,7 @@ struct PolicyCompilerFrame {
     static constexpr IKLShader::Type kType = IKLShader::kType_Frame;
 
     static CompilerShaderRootFrame CreateCompiler(IMgrEffects* manager, ShaderVertex*,
-                                                IReferenceGraph* graph, IKLShader* shader) {
+                                                  IReferenceGraph* graph, IKLShader* shader) {
         return {manager, graph, shader};
     }
 };

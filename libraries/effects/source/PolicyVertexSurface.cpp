@@ -29,9 +29,7 @@ bool PolicyVertexSurface::Init(IEffect* effect, IKLProgram* program) {
     auto onProgramChange = MakeDelegate(_pVertex.get(), &ShaderVertex::OnProgramChange);
     program->AddListenerLink(onProgramChange);
     if (!program->AddShader(_pVertex->GetKLShader())) {
-        if (IMgrConsole* console = GetMgrConsole()) {
-            console->Print("PolicyVertexSurface::Init Add Shader\n");
-        }
+        ConsolePrint("PolicyVertexSurface::Init Add Shader\n");
         return false;
     }
     return true;
@@ -52,8 +50,14 @@ bool PolicyVertexSurface::InitGraph(IGraph* graph) {
     if (!_pGraph->VisitAttributes(onAdd)) {
         // Nobody would tell of the graph's end, so it is not kept.
         auto onRemove = MakeDelegate(this, &PolicyVertexSurface::_OnRemoveAttribute);
-        _pGraph->VisitAttributes(onRemove);
+        if (_pGraph != nullptr) {
+            _pGraph->VisitAttributes(onRemove);
+        }
         _pGraph = nullptr;
+        return false;
+    }
+    if (_pGraph == nullptr) {
+        // A listener has shut the effect down.
         return false;
     }
     auto onDelete = MakeDelegate(this, &PolicyVertexSurface::_OnDeleteGraph);
@@ -118,6 +122,9 @@ bool PolicyVertexSurface::_ReleaseGraph() {
 }
 
 bool PolicyVertexSurface::_OnAddAttribute(IGraph::Attribute attribute) {
+    if (_pVertex == nullptr) {
+        return false;
+    }
     // The vertex stage hands the normal on in any case.
     if (attribute.name == "Normal" && attribute.type == kType_Vec3) {
         return _listenersChangeAttribute.Fire(_pEffect);
@@ -127,6 +134,9 @@ bool PolicyVertexSurface::_OnAddAttribute(IGraph::Attribute attribute) {
 }
 
 bool PolicyVertexSurface::_OnRemoveAttribute(IGraph::Attribute attribute) {
+    if (_pVertex == nullptr) {
+        return true;
+    }
     _pVertex->ReleaseAttribute(attribute.name);
     return _listenersChangeAttribute.Fire(_pEffect);
 }

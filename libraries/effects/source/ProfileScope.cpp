@@ -7,10 +7,15 @@
 namespace Tolen::Effects {
 
 ProfileScope::ProfileScope(const std::string& name, Profiler* profiler)
-    : _name(name), _pProfiler(profiler), _start(ReadCounter()) {}
+    : _name(name), _pProfiler(profiler) {
+    if (_pProfiler != nullptr) {
+        _isProfilerAlive = _pProfiler->GetWatch();
+    }
+    _start = ReadCounter();
+}
 
 ProfileScope::~ProfileScope() {
-    if (_pProfiler == nullptr) {
+    if (_pProfiler == nullptr || !*_isProfilerAlive) {
         return;
     }
     const auto ticks = static_cast<double>(ReadCounter() - _start);

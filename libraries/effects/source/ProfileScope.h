@@ -1,5 +1,8 @@
 #pragma once
 
+#include "TolenCore/LifeToken.h"
+
+#include <optional>
 #include <string>
 
 namespace Tolen::Effects {
@@ -19,7 +22,8 @@ public:
 private:
     std::string _name;
     Profiler* _pProfiler; ///< borrowed
-    long long _start;
+    std::optional<LifeToken::Watch> _isProfilerAlive; ///< the scope's end may come after it
+    long long _start = 0;
 };
 
 } // namespace Tolen::Effects

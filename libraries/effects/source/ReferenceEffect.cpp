@@ -36,7 +36,15 @@ bool ReferenceEffect::Init(IKLPrimitive* primitive, IEffect* effect,
 }
 
 void ReferenceEffect::Shutdown() {
-    _listenersDelete.Fire(this);
+    if (!_isTellingDelete) {
+        const LifeToken::Watch alive = _life.GetWatch();
+        _isTellingDelete = true;
+        _listenersDelete.Fire(this);
+        if (!alive) {
+            return;
+        }
+        _isTellingDelete = false;
+    }
     _listenersDelete.Clear();
     if (IEffect* const effect = _pEffect) {
         auto onDelete = MakeDelegate(this, &ReferenceEffect::_OnDelete);

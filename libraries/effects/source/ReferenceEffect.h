@@ -68,6 +68,7 @@ private:
     ListenerSet<FastDelegate1<IReferenceEffect*, bool>> _listenersApply;
     ListenerSet<FastDelegate1<IReferenceEffect*, bool>> _listenersUpdate;
     std::vector<ActionUpdate> _pendingUpdates;
+    bool _isTellingDelete = false;
     LifeToken _life;
 };
 

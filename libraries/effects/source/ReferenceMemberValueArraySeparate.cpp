@@ -46,9 +46,7 @@ bool ReferenceMemberValueArraySeparate::Apply(IKLPrimitive* primitive, IKLProgra
     }
     const int location = program->GetUniformLocation(_pMember->GetNameLengthMangled());
     if (location < 0) {
-        if (IMgrConsole* console = GetMgrConsole()) {
-            console->Print("ReferenceMemberValueArraySeparate::Apply Length LocationUniform\n");
-        }
+        ConsolePrint("ReferenceMemberValueArraySeparate::Apply Length LocationUniform\n");
         return false;
     }
     return _pMember->ApplyLength(primitive, program, location);

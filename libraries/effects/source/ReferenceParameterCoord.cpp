@@ -114,10 +114,12 @@ bool ReferenceParameterCoord::_OnChangeParameter(IParameter*) {
     if (!alive || _pParameter == nullptr) {
         return heard;
     }
-    if (!value.empty() && !_AcquireValue(value)) {
-        return false;
+    std::string valueNow;
+    if (!_sValue.empty() || !_pParameter->Get(valueNow) || valueNow != value) {
+        // A listener has set the coordinate once more, and that is done already.
+        return heard;
     }
-    return heard;
+    return (value.empty() || _AcquireValue(value)) && heard;
 }
 
 } // namespace Tolen::Effects

@@ -12,9 +12,7 @@ namespace Tolen::Effects {
 namespace {
 
 bool _ReportNoLocation(const char* text) {
-    if (IMgrConsole* console = GetMgrConsole()) {
-        console->Print("%s", text);
-    }
+    ConsolePrint("%s", text);
     return false;
 }
 
@@ -120,10 +118,10 @@ bool ReferenceParameterValueArraySeparate::_OnChangeLength(IParameter*) {
 }
 
 bool ReferenceParameterValueArraySeparate::_FireAndUpdate(const Listeners& listeners) {
-    IGraph* const graph = _pGraph;
+    const LifeToken::Watch alive = _life.GetWatch();
     DelegateUpdate update(this, &ReferenceParameterValueArraySeparate::Apply);
     const bool heard = listeners.Fire(this);
-    return graph->AddDelegateUpdate(update) && heard;
+    return alive && _pGraph->AddDelegateUpdate(update) && heard;
 }
 
 } // namespace Tolen::Effects

@@ -3,6 +3,7 @@
 #include "TolenEffects/IReferenceParameter.h"
 
 #include "TolenCore/CreationOrder.h"
+#include "TolenCore/LifeToken.h"
 #include "TolenCore/ListenerSet.h"
 
 namespace Tolen::Effects {
@@ -46,6 +47,7 @@ private:
     ParameterValueArraySeparate* _pParameter = nullptr; ///< borrowed
     Listeners _listenersChangeValue;
     Listeners _listenersChangeLength;
+    LifeToken _life;
 };
 
 } // namespace Tolen::Effects

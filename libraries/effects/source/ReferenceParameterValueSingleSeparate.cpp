@@ -46,9 +46,7 @@ bool ReferenceParameterValueSingleSeparate::Apply(IKLPrimitive* primitive, IKLPr
     }
     const int location = program->GetUniformLocation(_pParameter->GetNameMangled());
     if (location < 0) {
-        if (IMgrConsole* console = GetMgrConsole()) {
-            console->Print("ReferenceParameterValueSingleSeparate::Apply Value LocationUniform\n");
-        }
+        ConsolePrint("ReferenceParameterValueSingleSeparate::Apply Value LocationUniform\n");
         return false;
     }
     return _Apply(_pParameter, primitive, program, location);
@@ -64,10 +62,10 @@ bool ReferenceParameterValueSingleSeparate::_Apply(ParameterValueSingle* paramet
 }
 
 bool ReferenceParameterValueSingleSeparate::_OnChangeValue(IParameter*) {
-    IGraph* const graph = _pGraph;
+    const LifeToken::Watch alive = _life.GetWatch();
     DelegateUpdate update(this, &ReferenceParameterValueSingleSeparate::Apply);
     const bool heard = _FireChangeValue();
-    return graph->AddDelegateUpdate(update) && heard;
+    return alive && _pGraph->AddDelegateUpdate(update) && heard;
 }
 
 IParameter* ReferenceParameterValueSingleSeparate::GetParameter() { return _pParameter; }

@@ -2,6 +2,8 @@
 
 #include "ReferenceParameterValueSingle.h"
 
+#include "TolenCore/LifeToken.h"
+
 namespace Tolen::Effects {
 
 class IMgrEffects;
@@ -32,6 +34,7 @@ private:
 
     ParameterValueSingle* _pParameter = nullptr; ///< borrowed
     IGraph* _pGraph = nullptr;                   ///< borrowed
+    LifeToken _life;
 };
 
 } // namespace Tolen::Effects

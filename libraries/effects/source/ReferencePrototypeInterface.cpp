@@ -32,10 +32,8 @@ bool ReferencePrototypeInterface::RemoveReferencePrototypeShader(
     const auto found = std::find(_referencePrototypeShaders.begin(),
                                  _referencePrototypeShaders.end(), reference);
     if (found == _referencePrototypeShaders.end()) {
-        if (IMgrConsole* console = GetMgrConsole()) {
-            console->Print("ReferencePrototypeInterface::RemoveReferencePrototypeShader Reference "
-                           "Not Found\n");
-        }
+        ConsolePrint(
+            "ReferencePrototypeInterface::RemoveReferencePrototypeShader Reference Not Found\n");
         return false;
     }
     _referencePrototypeShaders.erase(found);

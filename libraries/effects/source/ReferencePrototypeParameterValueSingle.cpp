@@ -22,9 +22,7 @@ ReferencePrototypeParameterValueSingle::~ReferencePrototypeParameterValueSingle(
 bool ReferencePrototypeParameterValueSingle::Init(PrototypeParameterValueSingle* owner,
                                                   ReferencePrototypeShader* parent) {
     if (!_IsTypeSupported(owner->GetType())) {
-        if (IMgrConsole* console = GetMgrConsole()) {
-            console->Print("ReferencePrototypeParameterValueSingle::Init Type Unsupported\n");
-        }
+        ConsolePrint("ReferencePrototypeParameterValueSingle::Init Type Unsupported\n");
         return false;
     }
     if (!ReferencePrototypePart::Init(owner, parent)) {

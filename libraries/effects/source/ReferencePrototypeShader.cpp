@@ -96,9 +96,7 @@ bool ReferencePrototypeShader::AddReferenceShader(IReferenceShader* reference) {
 bool ReferencePrototypeShader::RemoveReferenceShader(IReferenceShader* reference) {
     const auto found = std::find(_referenceShaders.begin(), _referenceShaders.end(), reference);
     if (found == _referenceShaders.end()) {
-        if (IMgrConsole* console = GetMgrConsole()) {
-            console->Print("ReferencePrototypeShader::RemoveReferenceShader Reference Not Found\n");
-        }
+        ConsolePrint("ReferencePrototypeShader::RemoveReferenceShader Reference Not Found\n");
         return false;
     }
     _referenceShaders.erase(found);

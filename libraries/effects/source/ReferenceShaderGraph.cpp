@@ -94,9 +94,7 @@ bool ReferenceShaderGraph::_CollectDeclaration(Module* module,
     auto* const prototype =
         static_cast<FunctionPrototype*>(definition->GetFunctionPrototype()->Clone(module));
     if (prototype == nullptr) {
-        if (IMgrConsole* console = GetMgrConsole()) {
-            console->Print("CollectDeclarationsMethod Clone Failed\n");
-        }
+        ConsolePrint("CollectDeclarationsMethod Clone Failed\n");
         return false;
     }
     module->AddFunctionDeclaration(prototype);
@@ -230,9 +228,9 @@ bool ReferenceShaderGraph::_OnDeleteGraph(IGraph* graph) {
 }
 
 bool ReferenceShaderGraph::_OnChangeValueGraph(IGraph*, DelegateUpdate& update) {
-    IGraph* const owner = _pGraphOwner;
+    const LifeToken::Watch alive = _life.GetWatch();
     const bool heard = _listenersChangeValue.Fire(this);
-    return owner->AddDelegateUpdate(update) && heard;
+    return alive && _IsGraphAlive() && _pGraphOwner->AddDelegateUpdate(update) && heard;
 }
 
 bool ReferenceShaderGraph::_OnChangeStructureGraph(IGraph*) {

@@ -5,6 +5,7 @@
 #include "TolenEffects/IReferenceShader.h"
 
 #include "TolenCore/CreationOrder.h"
+#include "TolenCore/LifeToken.h"
 #include "TolenCore/ListenerSet.h"
 
 #include <string>
@@ -84,6 +85,7 @@ private:
     ListenerSet<FastDelegate0<bool>> _listenersChangeImpl;
     Graph* _pUser = nullptr; ///< the using graph again, kept for taking our delegates back
     std::vector<std::string> _attributes; ///< of the other graph, acquired in the using one
+    LifeToken _life;
 };
 
 } // namespace Tolen::Effects

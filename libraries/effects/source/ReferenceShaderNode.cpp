@@ -179,9 +179,7 @@ bool ReferenceShaderNode::CollectShader(Module* module) {
     if (IsComplete(&result)) {
         return _pShader->CollectShader(module);
     }
-    if (IMgrConsole* console = GetMgrConsole()) {
-        console->Print("ReferenceShaderNode::CollectShader Shader Incomplete\n");
-    }
+    ConsolePrint("ReferenceShaderNode::CollectShader Shader Incomplete\n");
     module->LogError("Shader '" + _pShader->GetName() + "' is incomplete.");
     result.ReportToConsole(_pShader->GetMgrEffects()->GetConsole());
     return false;

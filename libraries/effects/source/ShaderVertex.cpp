@@ -18,9 +18,7 @@ namespace Tolen::Effects {
 namespace {
 
 bool _Refuse(const char* text) {
-    if (IMgrConsole* console = GetMgrConsole()) {
-        console->Print("%s", text);
-    }
+    ConsolePrint("%s", text);
     return false;
 }
 
@@ -152,9 +150,7 @@ bool ShaderVertex::Compile() {
     }
     Result compiled;
     if (!_pKLShader->SetString(printer.GetText(), &compiled)) {
-        if (IMgrConsole* console = GetMgrConsole()) {
-            console->Print("ShaderVertex::Compile SetString\n");
-        }
+        ConsolePrint("ShaderVertex::Compile SetString\n");
         compiled.ReportToConsole(_pMgrEffects->GetConsole());
         return false;
     }

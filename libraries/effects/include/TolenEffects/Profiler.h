@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TolenCore/Export.h"
+#include "TolenCore/LifeToken.h"
 
 #include <map>
 #include <string>
@@ -20,8 +21,12 @@ public:
     /// Writes one line for each name to the debugger output: "name (ms):1.5, 2".
     void Dump() const;
 
+    /// Tells scopes that are still open when the manager shuts down that there is nothing to tell.
+    LifeToken::Watch GetWatch() const { return _life.GetWatch(); }
+
 private:
     Samples _samples;
+    LifeToken _life;
 };
 
 } // namespace Tolen::Effects

@@ -40,6 +40,25 @@ TEST(EngineStage, WithoutSetup_InitialisersHold) {
     EXPECT_EQ(GetValues(rig.Run()), (Floats{6, 4, 8, 9}));
 }
 
+TEST(EngineStage, Setup_MaySampleTextures) {
+    EngineRig rig("uniform sampler2D t; vec3 color; ivec2 size; float n;\n"
+                  "void setup() { color = texture2D(t, vec2(0.5)).rgb; size = textureSize(t); if "
+                  "(color.g > 1.0) n = random(); }\n"
+                  "void main() { accumulate(0, vec4(color.g, size, n > 0.0)); }");
+    const float texel[] = {1, 2, 3};
+    TextureLevel level{texel, 1, 1};
+    TextureView view;
+    view.pLevels = &level;
+    view.levelCount = 1;
+    view.components = 3;
+    rig.SetTextures({view});
+    rig.SetUniform("t", Words{1});
+    for (InstructionSet instructionSet : kInstructionSets) {
+        rig.RunSetup(instructionSet);
+        EXPECT_EQ(GetValues(rig.Run()), (Floats{2, 1, 1, 1}));
+    }
+}
+
 TEST(EngineStage, MainsWithoutAState_ReadZeros) {
     EngineRig rig("float a = 1.0; void main() { accumulate(0, a); }");
     PrimitiveBinding primitive;
@@ -391,6 +410,22 @@ TEST(EngineLimits, CodeThatGrowsWithoutEnd_IsRefusedWithTheLimit) {
     EXPECT_EQ(Kernel::Compile(*program, KernelStage::Main, {}, &error), nullptr);
     EXPECT_EQ(error,
               "'main' has more than the limit of 1048576 operations once its calls are inlined");
+}
+
+TEST(EngineLimits, VariablesWithoutEnd_AreRefusedWithTheLimit) {
+    std::string text = "void main() { int k = kl_RayDepth; float s = 0.0;\n";
+    for (int i = 0; i < 17; ++i) {
+        std::string name = "a" + std::to_string(i);
+        text += "float " + name + "[16000]; " + name + "[k] = kl_HitDistance; s += " + name +
+                "[k + 1];\n";
+    }
+    std::shared_ptr<const LinkedProgram> program =
+        LinkText(text + "accumulate(0, s); }", kStage_Ray);
+    std::string error;
+    EXPECT_EQ(Kernel::Compile(*program, KernelStage::Main, {}, &error), nullptr);
+    EXPECT_NE(error.find("words for its variables, more than the limit of 262144"),
+              std::string::npos)
+        << error;
 }
 
 TEST(EngineLimits, DeepCode_CompilesAndRuns) {

@@ -123,6 +123,7 @@ private:
             form = op.code == LinearCode::FillArray ? scalarForm(op.a) : 0;
             break;
         case LinearCode::MaskedMove:
+        case LinearCode::StoreState:
         case LinearCode::StoreOutput:
             form = scalarForm(op.a);
             break;

@@ -99,9 +99,9 @@ public:
 /// Invocations to run together: one program, one primitive. Every row that is given has laneCount
 /// words; a null row reads as 0.
 struct BatchInput {
-    int laneCount = 0; ///< 1 to kMaxLanes
-    const BatchConstants* pConstants = nullptr;
-    const PrimitiveBinding* pPrimitive = nullptr;
+    int laneCount = 0;                            ///< 1 to kMaxLanes
+    const BatchConstants* pConstants = nullptr;   ///< borrowed, not null
+    const PrimitiveBinding* pPrimitive = nullptr; ///< borrowed, not null
     const void* pLanes[kLaneInput_Count] = {};
     /// One row for each word of KernelLayout::varyings (ray) or KernelLayout::attributes (vertex).
     const void* const* pInterpolated = nullptr;

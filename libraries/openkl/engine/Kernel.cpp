@@ -1,107 +1,34 @@
 #include "engine/Kernel.h"
 
-#include "engine/CopyRemoval.h"
-#include "engine/DeadCode.h"
-#include "engine/DeepStack.h"
+#include "engine/EntryCompiler.h"
 #include "engine/FloatingPointScope.h"
 #include "engine/KernelCode.h"
-#include "engine/Lowering.h"
-#include "engine/OperationFusion.h"
-#include "engine/Simplifier.h"
-#include "engine/Translator.h"
-#include "engine/Uniformity.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Tolen::OpenKL {
 
 namespace {
 
-/// Nesting that any thread's stack is good for; code that nests deeper is compiled on a thread
-/// with a stack of its own.
-constexpr int kShallowNesting = 96;
-constexpr int kMaxKernelNesting = 16384;
-constexpr std::size_t kDeepStackBytes = std::size_t{512} << 20;
-
-/// Operations of one entry once all of its calls are inlined.
-constexpr std::size_t kMaxOperations = std::size_t{1} << 20;
-
 /// Words of variables and intermediate values of one invocation.
 constexpr std::uint32_t kMaxRows = 1u << 18;
 
-/// Compiles one entry function of a stage.
-class EntryCompiler {
-public:
-    EntryCompiler(const LinkedProgram& program, const LinkedStage& stage,
-                  const KernelLayout& layout, const std::vector<int>& globalWords, bool isOptimized)
-        : _program(program), _stage(stage), _layout(layout), _globalWords(globalWords),
-          _isOptimized(isOptimized) {}
-
-    /// @return an empty text, or the reason of the failure
-    std::string Compile(Entry entry, KernelUnit& unit) const {
-        TranslationResult result = _Compile(entry, kShallowNesting, unit);
-        if (result == TranslationResult::TooDeep) {
-            auto compile = [&]() {
-                FloatingPointScope scope;
-                result = _Compile(entry, kMaxKernelNesting, unit);
-            };
-            if (!RunWithStack(kDeepStackBytes, compile)) {
-                return "no thread to compile deeply nested code on";
-            }
-        }
-        std::string name = entry == Entry::Setup ? "'setup'" : "'main'";
-        switch (result) {
-        case TranslationResult::TooDeep:
-            return name + " nests deeper than the limit of " + std::to_string(kMaxKernelNesting) +
-                   " levels once its calls are inlined";
-        case TranslationResult::TooLarge:
-            return name + " has more than the limit of " + std::to_string(kMaxOperations) +
-                   " operations once its calls are inlined";
-        case TranslationResult::Done:
-            break;
-        }
-        if (unit.rowCount > kMaxRows) {
-            return name + " needs " + std::to_string(unit.rowCount) +
-                   " words for its variables, more than the limit of " + std::to_string(kMaxRows);
-        }
-        return {};
+/// @return an empty text, or the reason of the failure
+std::string CompileEntry(const EntryCompiler& compiler, Entry entry, KernelUnit& unit) {
+    LinearUnit linear;
+    std::string reason = compiler.Compile(entry, linear);
+    if (!reason.empty()) {
+        return reason;
     }
-
-private:
-    TranslationResult _Compile(Entry entry, int nesting, KernelUnit& unit) const {
-        IrUnit ir;
-        TranslationLimits limits{nesting, kMaxOperations};
-        Translator translator(_program, _stage, _layout, _globalWords, limits, ir);
-        TranslationResult result = translator.Translate(entry);
-        if (result == TranslationResult::Done) {
-            if (_isOptimized) {
-                _Optimize(ir);
-            }
-            LinearUnit linear = Lower(ir, AnalyzeUniformity(ir));
-            if (_isOptimized) {
-                RemoveCopies(linear);
-            }
-            unit = Assemble(std::move(linear));
-        }
-        return result;
+    unit = Assemble(std::move(linear));
+    if (unit.rowCount > kMaxRows) {
+        return std::string(entry == Entry::Setup ? "'setup'" : "'main'") + " needs " +
+               std::to_string(unit.rowCount) + " words for its variables, more than the limit of " +
+               std::to_string(kMaxRows);
     }
-
-    /// The second round finds what the first one's dead code was in the way of.
-    static void _Optimize(IrUnit& ir) {
-        for (int round = 0; round < 2; ++round) {
-            Simplify(ir);
-            RemoveDeadCode(ir);
-        }
-        FuseOperations(ir);
-        RemoveDeadCode(ir);
-    }
-
-    const LinkedProgram& _program;
-    const LinkedStage& _stage;
-    const KernelLayout& _layout;
-    const std::vector<int>& _globalWords;
-    bool _isOptimized;
-};
+    return {};
+}
 
 } // namespace
 
@@ -133,9 +60,9 @@ std::unique_ptr<const Kernel> Kernel::Compile(const LinkedProgram& program, Kern
         code.zeros.resize(
             static_cast<std::size_t>(std::max(code.layout.uniformWords, code.layout.stateWords)));
         EntryCompiler compiler(program, *linked, code.layout, globalWords, options.isOptimized);
-        reason = compiler.Compile(Entry::Setup, code.setup);
+        reason = CompileEntry(compiler, Entry::Setup, code.setup);
         if (reason.empty()) {
-            reason = compiler.Compile(Entry::Main, code.main);
+            reason = CompileEntry(compiler, Entry::Main, code.main);
         }
     }
     if (!reason.empty()) {

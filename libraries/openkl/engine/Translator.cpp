@@ -34,6 +34,10 @@ bool Translator::_IsStopped() {
     if (_unit.ops.size() > _limits.operations) {
         _result = TranslationResult::TooLarge;
     }
+    // Chains of `else if` and of returns put regions into one another without nesting.
+    if (_builder.GetDepth() > 2 * _limits.nesting) {
+        _result = TranslationResult::TooDeep;
+    }
     return _result != TranslationResult::Done;
 }
 

@@ -25,7 +25,11 @@ public:
     }
 
     Uniformity Run() {
+        int rounds = 0;
         do {
+            if (++rounds == kMaxRounds) {
+                _GiveUp();
+            }
             _hasChanged = false;
             _AssignScopes(0, 0);
             _PlaceVariables();
@@ -35,6 +39,15 @@ public:
     }
 
 private:
+    /// Takes everything to vary that may, which is never wrong; two more rounds settle the rest.
+    void _GiveUp() {
+        _out.varyingVariables.assign(_out.varyingVariables.size(), true);
+        _out.varyingArrays.assign(_out.varyingArrays.size(), true);
+        _out.divergentLoops.assign(_out.divergentLoops.size(), true);
+        _out.divergentContinues.assign(_out.divergentContinues.size(), true);
+        _out.divergentBlocks.assign(_out.divergentBlocks.size(), true);
+    }
+
     /// A variable that is loaded inside of one loop alone belongs to that loop: what lanes that
     /// have left it would see in it does not matter. This holds where the loop is entered behind
     /// the variable's first store each time, hence with no loop between.
@@ -238,6 +251,9 @@ private:
     }
 
     static constexpr std::uint32_t kUnseen = 0xfffffffeu;
+
+    /// Code takes a handful of rounds, unless it is made to take as many as it has variables.
+    static constexpr int kMaxRounds = 50;
 
     const IrUnit& _unit;
     Uniformity _out;

@@ -360,8 +360,9 @@ const Instruction* CallThrough(ExecutionState& state, const Instruction* ip) {
 
 // Results.
 
+template <unsigned F>
 const Instruction* StoreState(ExecutionState& state, const Instruction* ip) {
-    state.pState[ip->imm] = state.pScalars[ip->a];
+    state.pState[ip->imm] = F == 1 ? state.pScalars[ip->a] : *WordsOf(state, ip->a);
     return ip + 1;
 }
 
@@ -411,7 +412,7 @@ const Handler kHandlers[] = {
     JumpIfTrue,
     LoopStep,
     CallThrough,
-    StoreState,
+    StoreState<0>, StoreState<1>,
     StoreOutput<0>, StoreOutput<1>,
     End,
 };

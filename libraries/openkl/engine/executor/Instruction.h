@@ -35,7 +35,7 @@ class BatchOutput;
     X(JumpIfTrue, 1)        /* to imm when scalar a is not 0 */                                    \
     X(LoopStep, 1)          /* counts for mask a; row dst = lanes at the limit; to imm when none */\
     X(Call, 1)              /* a service by the call imm */                                        \
-    X(StoreState, 1)        /* word imm of the state = scalar a */                                 \
+    X(StoreState, 2)        /* word imm of the state = first lane of a; forms: a */                \
     X(StoreOutput, 2)       /* vertex row imm = a; forms: a */                                     \
     X(End, 1)
 

@@ -3,7 +3,6 @@
 #include "WordCharacter.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace Tolen::Effects {
 
@@ -18,17 +17,6 @@ bool EndsWord(std::string_view line, std::size_t end) {
     return end == line.size() || !IsWordCharacter(line[end]);
 }
 
-/// In time linear in both lengths, which std::string::find doesn't promise.
-std::size_t Find(std::string_view line, std::string_view name, std::size_t from) {
-    if (from >= line.size()) {
-        return std::string_view::npos;
-    }
-    const void* found = memmem(line.data() + from, line.size() - from, name.data(), name.size());
-    return found == nullptr
-               ? std::string_view::npos
-               : static_cast<std::size_t>(static_cast<const char*>(found) - line.data());
-}
-
 /// Replaces one name in a line. @return false when the line would grow over @p maxBytes
 bool Replace(std::string& line, const std::string& name, const std::string& value,
              std::size_t maxBytes) {
@@ -37,10 +25,10 @@ bool Replace(std::string& line, const std::string& name, const std::string& valu
     const std::size_t skip = std::max<std::size_t>(value.size(), 1);
     std::string replaced;
     std::size_t copied = 0;
-    for (std::size_t at = Find(line, name, 0); at != std::string::npos;) {
+    for (std::size_t at = line.find(name); at != std::string::npos;) {
         const std::size_t end = at + name.size();
         if (!EndsWord(line, end)) {
-            at = Find(line, name, at + skip);
+            at = line.find(name, at + skip);
             continue;
         }
         replaced.append(line, copied, at - copied);
@@ -49,7 +37,7 @@ bool Replace(std::string& line, const std::string& name, const std::string& valu
         if (replaced.size() > maxBytes) {
             return false;
         }
-        at = Find(line, name, end);
+        at = line.find(name, end);
     }
     if (copied != 0) {
         replaced.append(line, copied);

@@ -8,7 +8,6 @@
 #include "TolenCore/Result.h"
 
 #include <tbb/enumerable_thread_specific.h>
-#include <tbb/parallel_for.h>
 
 #include <algorithm>
 #include <chrono>
@@ -149,7 +148,7 @@ bool Renderer::_RunPasses(const RenderJob& job, const RenderSettings& settings,
                 _isCancelled = true;
             }
         };
-        _team.Execute([&] { tbb::parallel_for(std::size_t{0}, tiles.size(), renderTile); });
+        _team.ForEach(tiles.size(), renderTile);
     }
     for (const Wavefront& wavefront : wavefronts) {
         reports.Add(wavefront.GetReports());

@@ -1,7 +1,5 @@
 #include "scene/ThreadTeam.h"
 
-#include <cstddef>
-
 namespace Tolen::OpenKL {
 
 ThreadTeam::ThreadTeam(int threads, InstructionSet instructionSet)

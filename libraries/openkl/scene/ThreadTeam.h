@@ -5,9 +5,22 @@
 
 #include <tbb/enumerable_thread_specific.h>
 #include <tbb/global_control.h>
+#include <tbb/parallel_for.h>
 #include <tbb/task_arena.h>
 
+#include <atomic>
+#include <cstddef>
 #include <optional>
+#include <thread>
+#include <vector>
+
+#if defined(__SANITIZE_THREAD__)
+#define TOLEN_THREAD_SANITIZER
+#elif defined(__has_feature)
+#if __has_feature(thread_sanitizer)
+#define TOLEN_THREAD_SANITIZER
+#endif
+#endif
 
 namespace Tolen::OpenKL {
 
@@ -25,10 +38,30 @@ public:
     /// @param threads 0 stands for one on each core
     ThreadTeam(int threads, InstructionSet instructionSet);
 
-    /// Runs @p function, in which parallel algorithms use the threads of the team.
-    template <class Function>
-    void Execute(Function&& function) {
-        _arena.execute(function);
+    /// Calls @p work with each index below @p count, on the threads of the team, and returns when
+    /// the last call has.
+    template <class Work>
+    void ForEach(std::size_t count, const Work& work) {
+#if defined(TOLEN_THREAD_SANITIZER)
+        // TBB synchronises inside a library that the sanitizer can't look into, which would make
+        // every task look like a race. Threads of our own show it what the work itself does.
+        std::atomic<std::size_t> next{0};
+        const auto run = [&] {
+            for (std::size_t index = next++; index < count; index = next++) {
+                work(index);
+            }
+        };
+        std::vector<std::thread> helpers;
+        for (int i = 1; i < _arena.max_concurrency(); ++i) {
+            helpers.emplace_back(run);
+        }
+        run();
+        for (std::thread& helper : helpers) {
+            helper.join();
+        }
+#else
+        _arena.execute([&] { tbb::parallel_for(std::size_t{0}, count, work); });
+#endif
     }
 
     /// What belongs to the calling thread. A kernel that runs must not be interrupted by another on

@@ -5,8 +5,6 @@
 #include "scene/Program.h"
 #include "scene/ThreadTeam.h"
 
-#include <tbb/blocked_range.h>
-#include <tbb/parallel_for.h>
 
 #include <algorithm>
 #include <atomic>
@@ -209,7 +207,7 @@ VertexValues RunVertexStage(const Primitive& primitive, const LinkedCode* code,
         StoreBatch(primitive, *code, thread.output, first, lanes, values);
     };
     const std::size_t batches = (vertices + kMaxLanes - 1) / kMaxLanes;
-    team.Execute([&] { tbb::parallel_for(std::size_t{0}, batches, runBatch); });
+    team.ForEach(batches, runBatch);
     values.stoppedInvocations = stopped;
     return values;
 }

@@ -93,7 +93,6 @@ TEST_F(ReferenceEffectTest, AWriteThatFails_LeavesTheWholeQueue) {
 
 TEST_F(ReferenceEffectTest, AnApplyThatFails_IsDueAgain) {
     context.GetLog().FailNth("SetUniform", 1);
-    root->GetParameter("color");
     IReferenceEffect* const late = effect->CreateReference(&second);
     EXPECT_FALSE(late->Update(nullptr));
     EXPECT_TRUE(late->Update(nullptr));
@@ -155,7 +154,7 @@ TEST_F(ReferenceEffectTest, AShaderThatDies_TakesItsQueuedWritesAlong) {
     held->Update(nullptr);
 }
 
-TEST_F(ReferenceEffectTest, AfterTheEffect_ItAnswersFalse) {
+TEST_F(ReferenceEffectTest, TheEndOfTheEffect_IsToldOnce) {
     Listener<IReferenceEffect*> deleted;
     reference->AddListenerDelete(*deleted);
     effect->SetRoot(nullptr);

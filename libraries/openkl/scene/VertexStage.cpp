@@ -5,7 +5,6 @@
 #include "scene/Program.h"
 #include "scene/ThreadTeam.h"
 
-
 #include <algorithm>
 #include <atomic>
 #include <bit>

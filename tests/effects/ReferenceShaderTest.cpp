@@ -258,10 +258,10 @@ TEST_F(ReferenceShaderTest, AGraphOfNoKnownStage_FailsTheChecks) {
 
 TEST_F(ReferenceShaderTest, AMangledMethod_IsPrefixNameAndKey) {
     const std::unique_ptr<Module> module(Module::Create(nullptr));
-    const FunctionPrototype* const shade = module->CreateFunctionPrototype(
-        kFunctionQualifier_None, module->CreateType(kType_Void), module->CreateString("Shade"));
+    const std::unique_ptr<FunctionPrototype> shade(module->CreateFunctionPrototype(
+        kFunctionQualifier_None, module->CreateType(kType_Void), module->CreateString("Shade")));
     const Key key(0x1a);
-    EXPECT_EQ(MangleMethodPrefixKey(&key).Mangle("Foo_", shade), "Foo_Shade_k1a");
+    EXPECT_EQ(MangleMethodPrefixKey(&key).Mangle("Foo_", shade.get()), "Foo_Shade_k1a");
 }
 
 } // namespace

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "TolenCore/LifeToken.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace Tolen::Effects {
+
+class ParameterInterface;
+
+/// A shader or a class, as a place where changes of structure arrive and from which they go on.
+///
+/// A node stands above those that its code calls: a shader above the shaders in its inputs and
+/// above its class, a class above the shaders in its static inputs and above the classes that it
+/// calls statically. There are no circles but for those of static calls: inputs refuse them.
+///
+/// Every node knows whether it is complete, which is kept up to date by the changes themselves, so
+/// that asking costs nothing; and whether anybody above listens, so that a change is only carried
+/// to where it is heard.
+class StructureNode {
+public:
+    StructureNode(const StructureNode&) = delete;
+    StructureNode& operator=(const StructureNode&) = delete;
+
+    /// Appends the nodes right above and right below, in an order that every run repeats; a node
+    /// may come several times.
+    virtual void CollectNodesAbove(std::vector<StructureNode*>& nodes) const = 0;
+    virtual void CollectNodesBelow(std::vector<StructureNode*>& nodes) const = 0;
+
+    /// Whether nothing is missing here or below, as of the last change.
+    bool IsCompleteNode() const { return _isCompleteNode; }
+
+    /// Whether a change here has to be told to somebody, here or above.
+    bool IsHeard() const { return _isHeard; }
+    /// Makes everything below carry its changes up to here, because there is a listener now.
+    void MarkHeard();
+
+protected:
+    StructureNode() = default;
+    virtual ~StructureNode() = default;
+
+    /// Looks at what is right here and right below: whether that is complete.
+    virtual bool _IsCompleteHere() = 0;
+    /// Passes on to those above that this node has become complete, or incomplete.
+    virtual void _OnChangeCompleteness(bool isComplete) = 0;
+    /// Whether somebody listens right here, and not only above.
+    virtual bool _HasListeners() const = 0;
+    /// Brings the code here up to date and tells the listeners.
+    /// @param isOwn whether the change was made here; otherwise it comes from below, and leaves
+    ///              code that exists as it is
+    /// @return false when the code can't be made or a listener answered false
+    virtual bool _OnChangeStructureNode(bool isOwn) = 0;
+    /// The inputs that hold this node. @return those with listeners of their own
+    virtual std::vector<ParameterInterface*> _GetInputsHeard() const { return {}; }
+
+    LifeToken _life;
+
+private:
+    friend class StructureChange;
+
+    bool _isCompleteNode = false;
+    bool _isHeard = false;
+    std::uint64_t _lastVisit = 0; ///< the walk that came by last
+};
+
+} // namespace Tolen::Effects

@@ -100,6 +100,23 @@ public:
     /// @return false when one did
     bool VisitLibraries(const FastDelegate1<Library*, bool>& visit) const;
 
+    /// The making of a shader as the default of an input; they nest.
+    class DefaultScope {
+    public:
+        explicit DefaultScope(MgrEffectsImpl* implementation) : _pImplementation(implementation) {
+            ++_pImplementation->_depthDefaults;
+        }
+        ~DefaultScope() { --_pImplementation->_depthDefaults; }
+        DefaultScope(const DefaultScope&) = delete;
+        DefaultScope& operator=(const DefaultScope&) = delete;
+
+        /// 1 for the outermost.
+        int GetDepth() const { return _pImplementation->_depthDefaults; }
+
+    private:
+        MgrEffectsImpl* _pImplementation; ///< borrowed
+    };
+
     /// The classes that are just being loaded, in any library.
     PrototypeRequests* GetPrototypeRequests() { return _requests.get(); }
 
@@ -165,6 +182,7 @@ private:
     MgrKeys<int> _keys;
     Result* _pResult = nullptr; ///< borrowed
     long long _lineAdjustment = 0;
+    int _depthDefaults = 0; ///< defaults of inputs that are just being made, one inside the other
     bool _isShuttingDown = false;
 };
 

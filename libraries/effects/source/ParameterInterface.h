@@ -10,12 +10,12 @@
 #include "TolenCore/ListenerSet.h"
 
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
 namespace Tolen::Effects {
 
-class FunctionCall;
 class IMgrEffects;
 class Shader;
 class StructureNode;
@@ -68,13 +68,17 @@ public:
     /// The shader whose code stands behind the cell @p index: the one that was set or, for a view
     /// of another shader, that one. @return borrowed; null for an empty cell or no such index
     Shader* GetShaderBase(int index) const;
+    /// The shader of the first cell that is not complete, null when that is empty or there is none.
+    Shader* GetShaderIncomplete() const;
     /// The shader or class that has this input.
     StructureNode* GetOwner() const { return _pOwner; }
+    /// Tells whether the input is still there.
+    LifeToken::Watch GetWatch() const { return _life.GetWatch(); }
     /// Whether somebody hears the changes of this input.
     bool HasListeners() const { return !_listenersChangeStructure.IsEmpty(); }
 
-    /// Called by a shader in a cell that goes: empties all cells that hold it.
-    void OnDeleteShader(Shader* base);
+    /// Called by a shader that goes: empties @p cells, those that hold it.
+    void OnDeleteShader(Shader* base, const std::set<int>& cells);
     /// Called by a shader in @p countCells cells that has become complete, or incomplete.
     void OnChangeCompleteness(int countCells, bool isComplete);
     /// Called for a change below a connected shader: tells the structure listeners.
@@ -90,11 +94,17 @@ protected:
     void _Init(IMgrEffects* manager, const VariableDeclaration* declaration, StructureNode* owner,
                const std::string& stem, int length, bool isResizable);
 
-    /// Whether @p shader may be connected; otherwise tells why in the manager's current result.
-    /// @param format of the message for a wrong type: declared type, interface, class
-    bool _CanConnect(IShader* shader, const char* format) const;
-    /// Puts @p shader into a cell, and lets the one before go; tells nobody.
-    void _Store(int index, IShader* shader, bool isDefault);
+    /// Whether the declared type is the class or the interface of @p shader; null always fits.
+    /// @param format of the message otherwise, in the manager's current result: declared type,
+    ///               interface, class
+    bool _Fits(IShader* shader, const char* format) const;
+    /// Whether connecting @p shader, which fits, is possible: it is made by this manager and does
+    /// not depend on the owner. Tells otherwise why not in the manager's current result.
+    bool _CanConnect(IShader* shader) const;
+    /// Puts @p shader into a cell and tells nobody.
+    /// @return the shader before if it was made here, for the caller to destroy; otherwise null
+    IShader* _Store(int index, IShader* shader, bool isDefault);
+    void _DestroyDefault(IShader* shader);
     /// Takes the length, with new cells empty. Cells that go must be empty.
     bool _Resize(int length);
     /// Makes a shader of the class @p name by the default of the declaration.
@@ -112,17 +122,15 @@ protected:
     std::unique_ptr<Value<IShader*>> _pValue;
     std::vector<bool> _defaults; ///< for each cell, whether its shader was made here
     ListenerSet<FastDelegate1<IParameter*, bool>> _listenersChangeStructure;
+    LifeToken _life;
 
 private:
     void _Connect(int index);
     void _Disconnect(int index);
-    bool _OnDeleteView(IShader* view);
-
     StructureNode* _pOwner = nullptr; ///< borrowed
     std::vector<Shader*> _bases;      ///< for each cell, borrowed
     int _countIncomplete = 0;         ///< cells that are empty or hold an incomplete shader
     ListenerSet<FastDelegate1<IParameter*, bool>> _listenersChangeConnection;
-    LifeToken _life;
 };
 
 } // namespace Tolen::Effects

@@ -12,6 +12,7 @@ class CompoundStatement;
 class Expression;
 class FieldSelection;
 class ForStatement;
+class FunctionCall;
 class FunctionPrototype;
 class FunctionSelection;
 class InterfaceDefinition;

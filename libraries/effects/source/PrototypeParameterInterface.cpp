@@ -3,9 +3,6 @@
 #include "TolenEffects/IMgrEffects.h"
 #include "TolenEffects/IPrototypeInterface.h"
 #include "TolenEffects/IPrototypeShader.h"
-#include "TolenEffects/IShader.h"
-
-#include "TolenCore/Result.h"
 
 namespace Tolen::Effects {
 
@@ -55,13 +52,6 @@ void PrototypeParameterInterface::_InitNames(const VariableDeclaration* declarat
     _key = _pMgrEffects->CreateKey();
     _name = name;
     _nameMangled = name + _key.ToString();
-}
-
-void PrototypeParameterInterface::_ReportUnsupported(IShader* shader, Result* result) const {
-    if (result != nullptr) {
-        result->Add("Input \"%s\" of class \"%s\" takes shaders, which is not supported",
-                    _name.c_str(), shader == nullptr ? "" : shader->GetClassName().c_str());
-    }
 }
 
 } // namespace Tolen::Effects

@@ -17,8 +17,6 @@ class VariableDeclaration;
 
 /// What the prototypes of inputs that take shaders have in common. Such an input names either an
 /// interface or a class.
-///
-/// The class that declares one can be loaded; shaders of it can't be made yet.
 class PrototypeParameterInterface : public IPrototypeParameter {
 public:
     PrototypeParameterInterface(const PrototypeParameterInterface&) = delete;
@@ -46,8 +44,6 @@ protected:
                const std::string& name);
     void _Init(const VariableDeclaration* declaration, IPrototypeShader* prototype,
                const std::string& name);
-    /// Tells why a shader with such an input can't be made.
-    void _ReportUnsupported(IShader* shader, Result* result) const;
 
     IMgrEffects* _pMgrEffects = nullptr;         ///< borrowed
     const VariableDeclaration* _pDecl = nullptr; ///< borrowed from the library's module

@@ -1,6 +1,10 @@
 #include "PrototypeParameterInterfaceArray.h"
 
 #include "IReferencePrototypeParameter.h"
+#include "ParameterInterfaceArray.h"
+#include "Shader.h"
+
+#include <memory>
 
 namespace Tolen::Effects {
 
@@ -26,8 +30,13 @@ void PrototypeParameterInterfaceArray::_InitLength(int length) {
 }
 
 IParameter* PrototypeParameterInterfaceArray::CreateParameter(IShader* shader, Result* result) {
-    _ReportUnsupported(shader, result);
-    return nullptr;
+    auto parameter = std::make_unique<ParameterInterfaceArray>();
+    StructureNode* const owner = static_cast<Shader*>(shader);
+    const bool good = _isInterface ? parameter->Init(_pMgrEffects, _pDecl, GetInterfaceDefinition(),
+                                                     owner, _length, result)
+                                   : parameter->Init(_pMgrEffects, _pDecl, GetClassDefinition(),
+                                                     owner, _length, result);
+    return good ? parameter.release() : nullptr;
 }
 
 IReferencePrototypeParameter*

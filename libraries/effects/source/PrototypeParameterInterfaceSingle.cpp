@@ -1,39 +1,21 @@
 #include "PrototypeParameterInterfaceSingle.h"
 
+#include "DefaultConstructor.h"
 #include "IReferencePrototypeParameter.h"
+#include "ParameterInterfaceSingle.h"
+#include "Shader.h"
 
 #include "TolenEffects/Module.h"
 
-#include "TolenCore/Assert.h"
+#include <memory>
 
 namespace Tolen::Effects {
-
-namespace {
-
-/// Whether an initializer is the call of a named class. Each check reads only what the one before
-/// allowed.
-bool _IsConstructor(const VariableDeclaration* _pDecl) {
-    if (!TOLEN_CHECK(_pDecl->GetInitializer()->GetClass() == kClass_FunctionCall,
-                     "Source/PrototypeParameterInterfaceSingle")) {
-        return false;
-    }
-    const auto* pInit = static_cast<const FunctionCall*>(_pDecl->GetInitializer());
-    if (!TOLEN_CHECK_TEXT(pInit->GetType() != nullptr &&
-                              pInit->GetType()->GetClass() == kClass_UserType,
-                          "pInit->GetType()->GetClass() == kClass_UserType",
-                          "Source/PrototypeParameterInterfaceSingle")) {
-        return false;
-    }
-    const auto* pType = static_cast<const UserType*>(pInit->GetType());
-    return TOLEN_CHECK(pType->GetName() != NULL, "Source/PrototypeParameterInterfaceSingle");
-}
-
-} // namespace
 
 bool PrototypeParameterInterfaceSingle::Init(const VariableDeclaration* declaration,
                                              IPrototypeInterface* prototype,
                                              const std::string& name) {
-    if (declaration->GetInitializer() != nullptr && !_IsConstructor(declaration)) {
+    if (declaration->GetInitializer() != nullptr &&
+        GetConstructedType(declaration, "Source/PrototypeParameterInterfaceSingle") == nullptr) {
         return false;
     }
     _Init(declaration, prototype, name);
@@ -49,8 +31,10 @@ bool PrototypeParameterInterfaceSingle::Init(const VariableDeclaration* declarat
 }
 
 IParameter* PrototypeParameterInterfaceSingle::CreateParameter(IShader* shader, Result* result) {
-    _ReportUnsupported(shader, result);
-    return nullptr;
+    auto parameter = std::make_unique<ParameterInterfaceSingle>();
+    return parameter->Init(_pMgrEffects, _pDecl, static_cast<Shader*>(shader), result)
+               ? parameter.release()
+               : nullptr;
 }
 
 IReferencePrototypeParameter*

@@ -4,10 +4,12 @@
 #include "IPrototypeMember.h"
 #include "IPrototypeParameter.h"
 #include "Library.h"
+#include "ParameterInterface.h"
 #include "PrototypeInterface.h"
 #include "ReferencePrototypeInterface.h"
 #include "ReferencePrototypeShader.h"
 #include "Shader.h"
+#include "StructureChange.h"
 
 #include "TolenEffects/IGraph.h"
 #include "TolenEffects/IMember.h"
@@ -46,7 +48,7 @@ bool _VisitAll(const Map& map, Visit& visit) {
 
 } // namespace
 
-PrototypeShader::PrototypeShader() = default;
+PrototypeShader::PrototypeShader() : StructureNode(true) {}
 
 PrototypeShader::~PrototypeShader() {
     Shutdown();
@@ -54,14 +56,17 @@ PrototypeShader::~PrototypeShader() {
 
 void PrototypeShader::Shutdown() {
     _isBusy = true;
+    _isReady = false;
     _listenersDelete.Fire(this);
     _listenersDelete.Clear();
 
     auto onDelete = MakeDelegate(this, &PrototypeShader::_OnDeleteReferenceStatic);
     for (PrototypeShader* prototype : _staticReferences) {
         prototype->RemoveListenerDelete(onDelete);
+        prototype->_staticUsers.erase(this);
     }
     _staticReferences.clear();
+    _staticUsers.clear();
 
     if (_shaders.GetCount() != 0) {
         IMgrConsole* console = GetMgrConsole();
@@ -207,6 +212,13 @@ std::string PrototypeShader::GetConstructorStatic() {
 }
 
 bool PrototypeShader::IsComplete(Result* result) {
+    if (result == nullptr && _isReady) {
+        return IsCompleteNode();
+    }
+    return _AreInputsComplete(result);
+}
+
+bool PrototypeShader::_AreInputsComplete(Result* result) {
     // The classes that are reached by static calls, in the order of a walk by depth; calls may go
     // in circles.
     std::vector<PrototypeShader*> open{this};
@@ -232,18 +244,54 @@ bool PrototypeShader::IsComplete(Result* result) {
 }
 
 bool PrototypeShader::_OnChangeStructureParameter(IParameter*) {
-    return _OnChangeStructureCommon();
+    return !_isReady || StructureChange::Run(this);
 }
 
 bool PrototypeShader::_OnChangeLengthMemberValueArray(IMember*) {
-    return _OnChangeStructureCommon();
+    return !_isReady || StructureChange::Run(this);
+}
+
+void PrototypeShader::CollectNodesAbove(std::vector<StructureNode*>& nodes) const {
+    nodes.insert(nodes.end(), _staticUsers.begin(), _staticUsers.end());
+    _shaders.ForEach([&nodes](Shader* shader) { nodes.push_back(shader); });
+}
+
+void PrototypeShader::CollectNodesBelow(std::vector<StructureNode*>& nodes) const {
+    nodes.insert(nodes.end(), _staticReferences.begin(), _staticReferences.end());
+    for (const ParameterInterface* input : _inputs) {
+        for (int i = 0, count = input->GetLength(); i < count; ++i) {
+            if (Shader* const shader = input->GetShaderBase(i)) {
+                nodes.push_back(shader);
+            }
+        }
+    }
+}
+
+bool PrototypeShader::_IsCompleteHere() {
+    if (!_isReady) {
+        return IsCompleteNode();
+    }
+    return _AreInputsComplete(nullptr);
+}
+
+bool PrototypeShader::_OnChangeStructureNode(bool isOwn) {
+    if (!_isReady) {
+        return true;
+    }
+    // A change below leaves the code as it is, unless it is what the code was waiting for.
+    const bool hasCode = _pStatic != nullptr && _pTemplate != nullptr;
+    return isOwn || hasCode != IsCompleteNode() ? _OnChangeStructureCommon()
+                                                : _listenersChangeStructure.Fire(this);
 }
 
 bool PrototypeShader::_OnChangeStructureCommon() {
     _ShutdownCode();
+    _shaders.ForEach([](Shader* shader) { shader->RequestRebuild(); });
     Result local;
     const bool isComplete = IsComplete(&local);
     const bool good = isComplete && _InitStatic(_pClass, &local) && _InitTemplate(_pClass, &local);
+    // The code may call classes that it didn't call before.
+    StructureChange::UpdateCompleteness(this);
     if (!good) {
         local.Add("PrototypeShader::_OnChangeStructureCommon failed for interface PrototypeShader: "
                   "%s",
@@ -356,6 +404,9 @@ void PrototypeShader::_ShutdownPrototypeMembers() {
 }
 
 void PrototypeShader::_ShutdownParameters() {
+    // Out of the tables first: shaders that go with their inputs may lead back here.
+    _inputs.clear();
+    const auto parameters = std::move(_parameters);
     _parameters.clear();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ShaderTable.h"
+#include "StructureNode.h"
 #include "TolenEffects/IPrototypeShader.h"
 
 #include "TolenCore/CreationOrder.h"
@@ -23,8 +24,10 @@ class FunctionDefinition;
 class IPrototypeInterface;
 class IPrototypeMember;
 class IPrototypeParameter;
+class InterfaceDefinition;
 class Library;
 class Module;
+class ParameterInterface;
 class VariableDeclaration;
 
 /// A class of a loaded library.
@@ -34,7 +37,9 @@ class VariableDeclaration;
 /// From the declaration it makes two modules of its own: the code that exists once for the class,
 /// and the template that each shader copies under its own names. Both wait until all static inputs
 /// have what they need, and are made again when the structure of one of them changes.
-class TOLEN_EXPORT PrototypeShader : public IPrototypeShader, public CreationOrder {
+class TOLEN_EXPORT PrototypeShader : public IPrototypeShader,
+                                     public CreationOrder,
+                                     public StructureNode {
 public:
     PrototypeShader();
     ~PrototypeShader() override;
@@ -89,6 +94,11 @@ public:
     bool AddListenerChangeStructure(FastDelegate1<PrototypeShader*, bool>& listener);
     bool RemoveListenerChangeStructure(FastDelegate1<PrototypeShader*, bool>& listener);
 
+    /// Whether the code of the class depends on shaders in static inputs or on other classes.
+    bool HasNodesBelow() const { return !_inputs.empty() || !_staticReferences.empty(); }
+    void CollectNodesAbove(std::vector<StructureNode*>& nodes) const override;
+    void CollectNodesBelow(std::vector<StructureNode*>& nodes) const override;
+
     bool AddListenerDelete(FastDelegate1<IPrototypeShader*, bool>& listener) override;
     bool RemoveListenerDelete(FastDelegate1<IPrototypeShader*, bool>& listener) override;
     std::string GetClassName() override;
@@ -120,6 +130,15 @@ public:
     bool SetParameter(const std::string& name, IShader* shader) override;
     bool SetParameter(const std::string& name, IShader* shader, int index) override;
     bool SetParameter(const std::string& name, IShader** shaders, int count) override;
+
+protected:
+    bool _IsCompleteHere() override;
+    void _OnChangeCompleteness(bool) override {}
+    /// Shaders of the class and graphs with it always listen.
+    bool _HasListeners() const override {
+        return true;
+    }
+    bool _OnChangeStructureNode(bool isOwn) override;
 
 private:
     struct ByCreation {
@@ -157,6 +176,11 @@ private:
     bool _InitParameter(const ClassDefinition* definition, const VariableDeclaration* variable,
                         Result* result);
     bool _InitParameterInterface(const VariableDeclaration* variable, Result* result);
+    bool _InitParameterInterfaceSingle(const VariableDeclaration* variable, Result* result);
+    bool _InitParameterInterfaceArray(const VariableDeclaration* variable,
+                                      const InterfaceDefinition* definition, Result* result);
+    void _EnterInput(const VariableDeclaration* variable,
+                     std::unique_ptr<ParameterInterface> input);
     bool _InitMembers(const ClassDefinition* definition);
     bool _InitMember(const ClassDefinition* definition, const VariableDeclaration* variable);
     bool _InitPrototypeParameters(const ClassDefinition* definition, Result* result);
@@ -195,6 +219,7 @@ private:
     bool _OnChangeStructureParameter(IParameter* parameter);
     bool _OnChangeLengthMemberValueArray(IMember* member);
     bool _OnChangeStructureCommon();
+    bool _AreInputsComplete(Result* result);
     bool _OnDeleteReferenceStatic(IPrototypeShader* prototype);
     bool _OnDeleteGraph(IGraph* graph);
 
@@ -212,6 +237,8 @@ private:
     std::unique_ptr<Module> _pStatic;   ///< code that exists once; null until built
     std::unique_ptr<Module> _pTemplate; ///< code that each shader copies; null until built
     std::set<PrototypeShader*, ByCreation> _staticReferences; ///< called statically, borrowed
+    std::set<PrototypeShader*, ByCreation> _staticUsers; ///< call this one statically, borrowed
+    std::vector<ParameterInterface*> _inputs; ///< those of _parameters that take shaders, borrowed
     std::map<std::string, std::string> _methodNames; ///< static methods: declared name to mangled
     std::map<std::string, std::unique_ptr<IParameter>> _parameters;
     std::map<std::string, std::unique_ptr<IMember>> _members;
@@ -225,6 +252,7 @@ private:
     ListenerSet<FastDelegate1<PrototypeShader*, bool>> _listenersChangeStructure;
     std::unique_ptr<FreeFunctions> _pFreeFunctions; ///< what the code calls outside of classes
     std::uint64_t _countReferences = 0;             ///< references entered so far
+    bool _isReady = false;                          ///< whether Init is through
     bool _isBusy = false; ///< while the prototype or one of its shaders is being made or it closes
 };
 

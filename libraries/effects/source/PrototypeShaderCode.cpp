@@ -237,6 +237,7 @@ bool PrototypeShader::_ReplaceFunctionSelectionStatic(FunctionSelection* selecti
         return false;
     }
     if (prototype != this && _staticReferences.insert(prototype).second) {
+        prototype->_staticUsers.insert(this);
         auto onDelete = MakeDelegate(this, &PrototypeShader::_OnDeleteReferenceStatic);
         prototype->AddListenerDelete(onDelete);
     }

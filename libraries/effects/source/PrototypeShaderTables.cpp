@@ -4,6 +4,8 @@
 #include "Library.h"
 #include "MemberValueArraySeparate.h"
 #include "MemberValueSingleSeparate.h"
+#include "ParameterInterfaceArray.h"
+#include "ParameterInterfaceSingle.h"
 #include "ParameterValueArraySeparate.h"
 #include "PrototypeInterface.h"
 #include "PrototypeMemberValueArray.h"
@@ -12,6 +14,7 @@
 #include "PrototypeParameterInterfaceSingle.h"
 #include "PrototypeParameterValueArray.h"
 #include "PrototypeParameterValueSingle.h"
+#include "StructureChange.h"
 
 #include "TolenEffects/IMgrEffects.h"
 #include "TolenEffects/Module.h"
@@ -97,6 +100,8 @@ bool PrototypeShader::Init(Library* library, ClassDefinition* definition, Result
     const bool good = !IsComplete(result) ||
                       (_InitStatic(definition, result) && _InitTemplate(definition, result));
     _isBusy = false;
+    _isReady = true;
+    StructureChange::UpdateCompleteness(this);
     return good;
 }
 
@@ -239,12 +244,39 @@ bool PrototypeShader::_InitParameterInterface(const VariableDeclaration* variabl
         _Print(GetMgrConsole(), "PrototypeShader::_InitParameters Interface Definition\n");
         return false;
     }
-    if (result != nullptr) {
-        result->Add("Static input \"%s\" of class \"%s\" takes shaders, which is not supported",
-                    variable->GetIdentifier()->GetString().c_str(),
-                    _pClass->GetName()->GetString().c_str());
+    if (!variable->GetType()->IsArray()) {
+        return _InitParameterInterfaceSingle(variable, result);
     }
-    return false;
+    return type.pInterface != nullptr &&
+           _InitParameterInterfaceArray(variable, type.pInterface->GetDefinition(), result);
+}
+
+bool PrototypeShader::_InitParameterInterfaceSingle(const VariableDeclaration* variable,
+                                                    Result* result) {
+    auto input = std::make_unique<ParameterInterfaceSingle>();
+    if (!input->Init(GetMgrEffects(), variable, this, result)) {
+        return false;
+    }
+    _EnterInput(variable, std::move(input));
+    return true;
+}
+
+bool PrototypeShader::_InitParameterInterfaceArray(const VariableDeclaration* variable,
+                                                   const InterfaceDefinition* definition,
+                                                   Result* result) {
+    auto input = std::make_unique<ParameterInterfaceArray>();
+    if (!input->Init(GetMgrEffects(), variable, definition, this, _GetDeclaredLength(variable),
+                     result)) {
+        return false;
+    }
+    _EnterInput(variable, std::move(input));
+    return true;
+}
+
+void PrototypeShader::_EnterInput(const VariableDeclaration* variable,
+                                  std::unique_ptr<ParameterInterface> input) {
+    _inputs.push_back(input.get());
+    _parameters[variable->GetIdentifier()->GetString()] = std::move(input);
 }
 
 bool PrototypeShader::_InitMembers(const ClassDefinition* definition) {

@@ -5,9 +5,11 @@
 #include "IPrototypeParameter.h"
 #include "MangleMethodPrefixKey.h"
 #include "ParameterCoord.h"
+#include "ParameterInterface.h"
 #include "PrototypeShader.h"
 #include "ReferenceShader.h"
 #include "ScopedResult.h"
+#include "StructureChange.h"
 
 #include "TolenEffects/IGraph.h"
 #include "TolenEffects/IMember.h"
@@ -39,24 +41,14 @@ bool _VisitAll(const Map& map, Visit& visit) {
     return all;
 }
 
-/// Asks all of @p parameters up to the first that is incomplete, which @p format names.
-template <class Map>
-bool _AreComplete(const Map& parameters, const char* format, Result* result) {
-    for (const auto& [name, parameter] : parameters) {
-        if (parameter->IsComplete(result)) {
-            continue;
-        }
-        if (result != nullptr) {
-            result->Add(format, name.c_str());
-        }
-        return false;
-    }
-    return true;
-}
-
 } // namespace
 
-Shader::Shader() = default;
+bool Shader::ByCreation::operator()(const ParameterInterface* a,
+                                    const ParameterInterface* b) const {
+    return a->GetCreationNumber() < b->GetCreationNumber();
+}
+
+Shader::Shader() : StructureNode(false) {}
 
 Shader::~Shader() {
     Shutdown();
@@ -65,8 +57,6 @@ Shader::~Shader() {
 bool Shader::Init(IPrototypeShader* prototype, const ClassDefinition* definition, Result* result) {
     _pPrototype = static_cast<PrototypeShader*>(prototype);
     _name = _pPrototype->GetClassName();
-    auto onChange = MakeDelegate(this, &Shader::_OnChangeStructurePrototype);
-    _pPrototype->AddListenerChangeStructure(onChange);
     _key = GetMgrEffects()->CreateKey();
     _pMangleMethod = std::make_unique<MangleMethodPrefixKey>(&_key);
     if (!_InitParts(definition, result)) {
@@ -74,6 +64,7 @@ bool Shader::Init(IPrototypeShader* prototype, const ClassDefinition* definition
         return false;
     }
     _isMuted = false;
+    _isStarting = false;
     return true;
 }
 
@@ -83,7 +74,8 @@ bool Shader::_InitParts(const ClassDefinition* definition, Result* result) {
     }
     _InitMethodNames(definition);
     const ScopedResult scope(GetMgrEffects(), result);
-    return !IsComplete(nullptr) || _BuildModule();
+    StructureChange::UpdateCompleteness(this);
+    return !IsCompleteNode() || _BuildModule();
 }
 
 bool Shader::_InitParameters(Result* result) {
@@ -92,12 +84,18 @@ bool Shader::_InitParameters(Result* result) {
         std::unique_ptr<IParameter> parameter(good ? prototype->CreateParameter(this, result)
                                                    : nullptr);
         good = parameter != nullptr;
-        if (good) {
+        if (!good) {
+            return false;
+        }
+        if (parameter->GetClass() == IParameter::kClass_Interface) {
+            // It tells of its changes by itself.
+            _inputs.push_back(static_cast<ParameterInterface*>(parameter.get()));
+        } else {
             auto onChange = MakeDelegate(this, &Shader::_OnChangeStructureParameter);
             parameter->AddListenerChangeStructure(onChange);
-            _parameters[name] = std::move(parameter);
         }
-        return good;
+        _parameters[name] = std::move(parameter);
+        return true;
     };
     auto visit = FastDelegate2<const std::string&, IPrototypeParameter*, bool>::Borrow(init);
     return _pPrototype->VisitPrototypeParameters(visit);
@@ -150,12 +148,10 @@ void Shader::_InitMethodNames(const ClassDefinition* definition) {
 
 void Shader::Shutdown() {
     _isMuted = true;
-    if (_pPrototype != nullptr) {
-        auto onChange = MakeDelegate(this, &Shader::_OnChangeStructurePrototype);
-        _pPrototype->RemoveListenerChangeStructure(onChange);
-    }
+    _isStarting = false;
     _listenersDelete.Fire(this);
     _listenersDelete.Clear();
+    _ShutdownUsers();
     _ShutdownReferences();
     for (GraphSlot& slot : _graphs) {
         _DestroyGraph(slot);
@@ -173,9 +169,22 @@ void Shader::Shutdown() {
 }
 
 void Shader::_ShutdownParts() {
+    // Out of the tables first: shaders that go with their inputs may lead back here.
+    _inputs.clear();
+    const Parameters parameters = std::move(_parameters);
+    const auto members = std::move(_members);
+    const Parameters coords = std::move(_coords);
     _parameters.clear();
     _members.clear();
     _coords.clear();
+}
+
+void Shader::_ShutdownUsers() {
+    while (!_users.empty()) {
+        const auto [input, cells] = *_users.begin();
+        _users.erase(_users.begin());
+        input->OnDeleteShader(this, cells);
+    }
 }
 
 void Shader::_ShutdownReferences() {
@@ -200,6 +209,7 @@ bool Shader::RemoveListenerDelete(FastDelegate1<IShader*, bool>& listener) {
 }
 
 bool Shader::AddListenerChangeStructure(FastDelegate1<IShader*, bool>& listener) {
+    MarkHeard();
     return _listenersChangeStructure.Add(listener);
 }
 
@@ -374,21 +384,6 @@ bool Shader::VisitCoords(FastDelegate2<const std::string&, IParameter*, bool>& v
     return _VisitAll(_coords, visit);
 }
 
-bool Shader::IsComplete(Result* result) {
-    if (_pPrototype == nullptr) {
-        return false;
-    }
-    if (!_pPrototype->IsComplete(result)) {
-        if (result != nullptr) {
-            result->Add("Shader::IsComplete() failed for _pPrototype: %s",
-                        _pPrototype->GetClassName().c_str());
-        }
-        return false;
-    }
-    return _AreComplete(_parameters, "Shader::IsComplete() failed for Parameter: %s", result) &&
-           _AreComplete(_coords, "Shader::IsComplete() failed for Coord: %s", result);
-}
-
 bool Shader::SetName(const std::string& name) {
     _name = name;
     return true;
@@ -398,40 +393,12 @@ const std::string& Shader::GetName() {
     return _name;
 }
 
-bool Shader::_OnChangeStructurePrototype(PrototypeShader*) {
-    return _OnChangeStructure();
-}
-
 bool Shader::_OnChangeStructureParameter(IParameter*) {
-    return _OnChangeStructure();
+    return _isMuted || StructureChange::Run(this);
 }
 
 bool Shader::_OnChangeLengthMember(IMember*) {
-    return _OnChangeStructure();
-}
-
-bool Shader::_OnChangeStructure() {
-    if (_isMuted) {
-        return true;
-    }
-    bool good = _Rebuild();
-    if (_isChanging) {
-        // A listener of the change in progress has made another one: the listeners before it have
-        // to be told again, when this one is done.
-        _hasChangedAgain = true;
-        return good;
-    }
-    const LifeToken::Watch alive = _life.GetWatch();
-    _isChanging = true;
-    do {
-        _hasChangedAgain = false;
-        good = _listenersChangeStructure.Fire(this) && good;
-        if (!alive) {
-            return good;
-        }
-    } while (_hasChangedAgain);
-    _isChanging = false;
-    return good;
+    return _isMuted || StructureChange::Run(this);
 }
 
 } // namespace Tolen::Effects

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "StructureNode.h"
+
 #include "TolenEffects/IShader.h"
 #include "TolenEffects/Key.h"
 #include "TolenEffects/SyntaxTypes.h"
@@ -7,13 +9,13 @@
 #include "TolenOpenKLWrapper/IKLShader.h"
 
 #include "TolenCore/CreationOrder.h"
-#include "TolenCore/LifeToken.h"
 #include "TolenCore/ListenerSet.h"
 
 #include <array>
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -37,8 +39,9 @@ class TIParentSyntax;
 /// names, its graphs and its references. Made and owned by the prototype.
 ///
 /// The code is made when the shader is complete and made again when an input, a member or the
-/// prototype reports a change of structure; an incomplete shader has none.
-class TOLEN_EXPORT Shader final : public IShader, public CreationOrder {
+/// class changes in structure. A change further below leaves it as it is, since it names the
+/// connected shaders and not what they do.
+class TOLEN_EXPORT Shader final : public IShader, public CreationOrder, public StructureNode {
 public:
     Shader();
     ~Shader() override;
@@ -53,6 +56,21 @@ public:
     bool Init(IPrototypeShader* prototype, const ClassDefinition* definition, Result* result);
     /// Tells the delete listeners and lets everything go. Safe to repeat.
     void Shutdown();
+
+    /// The instance behind @p shader: itself, or what it is a view of.
+    /// @return null for an object that this library hasn't made
+    static Shader* GetBase(IShader* shader);
+    /// Whether the shader is on its way out, so that nothing may hold it any more.
+    bool IsGoing() const { return _isMuted && _pPrototype != nullptr && !_isStarting; }
+
+    /// The cell @p index of @p input holds this shader, or no longer does.
+    void AddUser(ParameterInterface* input, int index);
+    void RemoveUser(ParameterInterface* input, int index);
+    /// The class has new code, from which that of this instance has to be made again.
+    void RequestRebuild() { _mustRebuild = true; }
+
+    void CollectNodesAbove(std::vector<StructureNode*>& nodes) const override;
+    void CollectNodesBelow(std::vector<StructureNode*>& nodes) const override;
 
     bool AddListenerDelete(FastDelegate1<IShader*, bool>& listener) override;
     bool RemoveListenerDelete(FastDelegate1<IShader*, bool>& listener) override;
@@ -114,8 +132,18 @@ public:
         return kShaderType_Shader;
     }
 
+protected:
+    bool _IsCompleteHere() override;
+    void _OnChangeCompleteness(bool isComplete) override;
+    bool _HasListeners() const override;
+    bool _OnChangeStructureNode(bool isOwn) override;
+    std::vector<ParameterInterface*> _GetInputsHeard() const override;
+
 private:
     static constexpr int kGraphKinds = 3;
+    struct ByCreation {
+        bool operator()(const ParameterInterface* a, const ParameterInterface* b) const;
+    };
 
     struct GraphSlot {
         std::unique_ptr<Graph> pGraph;
@@ -149,11 +177,11 @@ private:
     bool _ApplyTransformations(CodeTransformer& transformer);
     void _ShutdownModule();
 
-    bool _OnChangeStructurePrototype(PrototypeShader* prototype);
     bool _OnChangeStructureParameter(IParameter* parameter);
     bool _OnChangeLengthMember(IMember* member);
-    bool _OnChangeStructure();
     bool _Rebuild();
+    bool _FireChangeStructure();
+    void _ShutdownUsers();
     bool _OnDeleteGraph(IGraph* graph);
 
     IGraph* _CreateGraph(GraphSlot& slot, IKLShader::Type kind);
@@ -185,10 +213,14 @@ private:
     std::unique_ptr<MangleMethodPrefixKey> _pMangleMethod;
     std::vector<const FunctionDefinition*> _methods; ///< those of the class in the module, borrowed
     std::uint64_t _countReferences = 0;              ///< references entered so far
-    bool _isMuted = true;                            ///< changes are not passed on
-    bool _isChanging = false;                        ///< structure listeners are being told
-    bool _hasChangedAgain = false;                   ///< and one of them has made a change
-    LifeToken _life;
+    std::vector<ParameterInterface*> _inputs; ///< those parameters that take shaders, borrowed
+    /// The inputs that hold this shader, with their cells that do.
+    std::map<ParameterInterface*, std::set<int>, ByCreation> _users;
+    bool _isMuted = true;          ///< changes are not passed on
+    bool _isStarting = true;       ///< before the end of Init
+    bool _mustRebuild = false;     ///< the code doesn't fit the class any more
+    bool _isChanging = false;      ///< structure listeners are being told
+    bool _hasChangedAgain = false; ///< and one of them has made a change
 };
 
 } // namespace Tolen::Effects

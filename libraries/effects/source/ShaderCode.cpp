@@ -61,12 +61,16 @@ bool Shader::VisitMethods(FastDelegate1<const FunctionDefinition*, bool>& visit)
 }
 
 bool Shader::_NeedModule() {
-    return _pModule != nullptr || (IsComplete(nullptr) && _BuildModule());
+    if (_mustRebuild) {
+        _mustRebuild = false;
+        _ShutdownModule();
+    }
+    return IsCompleteNode() && (_pModule != nullptr || _BuildModule());
 }
 
 bool Shader::_Rebuild() {
     _ShutdownModule();
-    return !IsComplete(nullptr) || _BuildModule();
+    return !IsCompleteNode() || _BuildModule();
 }
 
 void Shader::_ShutdownModule() {

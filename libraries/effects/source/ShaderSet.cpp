@@ -101,7 +101,7 @@ bool Shader::SetCoord(Result* result, const std::string& name, const std::string
 }
 
 bool Shader::_IsCompatible(Result* result, IShader* shader) {
-    if (shader == nullptr || dynamic_cast<Shader*>(shader) != nullptr) {
+    if (shader == nullptr || GetBase(shader) != nullptr) {
         return true;
     }
     _Report(result, Format("sub shader %s can not be attached to %s, it's not compatible\n",

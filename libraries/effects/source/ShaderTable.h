@@ -29,6 +29,16 @@ public:
 
     std::size_t GetCount() const { return _slots.size(); }
 
+    /// Calls @p visit for every shader in the order of creation.
+    template <class Visit>
+    void ForEach(Visit visit) const {
+        for (const std::unique_ptr<Shader>& shader : _shaders) {
+            if (shader != nullptr) {
+                visit(shader.get());
+            }
+        }
+    }
+
 private:
     /// Closes the gaps once they are more than the shaders.
     void _Compact();

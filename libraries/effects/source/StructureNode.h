@@ -2,7 +2,6 @@
 
 #include "TolenCore/LifeToken.h"
 
-#include <cstdint>
 #include <vector>
 
 namespace Tolen::Effects {
@@ -28,6 +27,10 @@ public:
     virtual void CollectNodesAbove(std::vector<StructureNode*>& nodes) const = 0;
     virtual void CollectNodesBelow(std::vector<StructureNode*>& nodes) const = 0;
 
+    /// Whether @p lower is this node or stands somewhere below it. Costs no more than what stands
+    /// below this node or above @p lower, whichever is less.
+    bool DependsOn(StructureNode* lower);
+
     /// Whether nothing is missing here or below, as of the last change.
     bool IsCompleteNode() const { return _isCompleteNode; }
 
@@ -36,8 +39,12 @@ public:
     /// Makes everything below carry its changes up to here, because there is a listener now.
     void MarkHeard();
 
+    /// Tells whether the node is still there.
+    LifeToken::Watch GetWatch() const { return _life.GetWatch(); }
+
 protected:
-    StructureNode() = default;
+    /// @param isHeard what IsHeard answers at first
+    explicit StructureNode(bool isHeard) : _isHeard(isHeard) {}
     virtual ~StructureNode() = default;
 
     /// Looks at what is right here and right below: whether that is complete.
@@ -51,7 +58,7 @@ protected:
     ///              code that exists as it is
     /// @return false when the code can't be made or a listener answered false
     virtual bool _OnChangeStructureNode(bool isOwn) = 0;
-    /// The inputs that hold this node. @return those with listeners of their own
+    /// The inputs that hold this node and have listeners of their own.
     virtual std::vector<ParameterInterface*> _GetInputsHeard() const { return {}; }
 
     LifeToken _life;
@@ -59,9 +66,15 @@ protected:
 private:
     friend class StructureChange;
 
+    /// One direction of a search, which marks the nodes that it has met.
+    struct Side;
+    bool _IsHeardAbove() const;
+
     bool _isCompleteNode = false;
-    bool _isHeard = false;
-    std::uint64_t _lastVisit = 0; ///< the walk that came by last
+    bool _isHeard;
+    /// Marks of a walk in progress; each walk takes its marks away before anybody is called.
+    bool _isMetBelow = false;
+    bool _isMetAbove = false;
 };
 
 } // namespace Tolen::Effects

@@ -43,7 +43,7 @@ TOLEN_EXPORT bool ReportFailedCheck(const char* expression, int line, const char
 
 /// The same with a text of its own for the expression.
 #define TOLEN_CHECK_TEXT(condition, text, source)                                                  \
-    ((condition) ? true : [] {                                                                     \
+    ((condition) ? true : [&] {                                                                    \
         static std::atomic<bool> ignored{false};                                                   \
         return ::Tolen::ReportFailedCheck(text, __LINE__, source, ignored);                        \
     }())

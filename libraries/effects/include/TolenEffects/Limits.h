@@ -22,6 +22,10 @@ inline constexpr std::size_t kLimitDefinitionName = 1024;
 /// How deep classes may nest that are loaded because the loading of another one refers to them.
 inline constexpr int kLimitPrototypeDepth = 128;
 
+/// How deep shaders may nest that are made as defaults of inputs, each inside the making of the one
+/// that has the input.
+inline constexpr int kLimitDefaultDepth = 64;
+
 /// How deep expressions, statements and blocks may nest in source. A level is a pair of
 /// parentheses or brackets, an argument list, a block in a function's body, a branch or a loop, and
 /// what an operator applies to; parentheses right behind an operator are one level with it. Neither

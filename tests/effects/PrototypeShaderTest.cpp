@@ -179,10 +179,10 @@ TEST(PrototypeShaderTest, Init_ThatFails_TellsWhereItFailed) {
          "Initialization of prototype param \"x\" in class \"A\" failed.\n"
          "Prototype shader \"A\" prototype parameter init failed\n",
          ""},
-        {"interface I { } class A { static input I x; }",
-         "Static input \"x\" of class \"A\" takes shaders, which is not supported\n"
+        {"interface I { } class A { static input I x = B(); }",
+         "Could not create shader named \"B\"\n"
          "Prototype shader \"A\" parameter init failed\n",
-         ""},
+         "ParameterInterfaceSingle::_InitInitializer Create Shader\n"},
     };
     for (const Case& test : cases) {
         SCOPED_TRACE(test.source);
@@ -201,12 +201,20 @@ TEST(PrototypeShaderTest, Init_ThatFails_TellsWhereItFailed) {
     }
 }
 
-TEST(PrototypeShaderTest, CreateShader_WithAnInputThatTakesShaders_SaysThatItCannot) {
-    LoadedManager loaded("interface I { } class A { input I x; }");
-    EXPECT_NE(loaded.GetPrototype("A"), nullptr);
-    EXPECT_EQ(loaded.CreateFails("A"),
-              "Input \"x\" of class \"A\" takes shaders, which is not supported\n"
-              "Could not create shader named \"A\"\n");
+TEST(PrototypeShaderTest, CreateShader_WithAnInputThatTakesShaders_LeavesItEmptyWithoutADefault) {
+    LoadedManager loaded("interface I { } class A { input I x; input I y = B(); } class B : I { }");
+    Result result;
+    IShader* shader = loaded.manager.CreateShader("A", &result);
+    ASSERT_NE(shader, nullptr);
+    IShader* held = shader;
+    EXPECT_TRUE(shader->GetParameter("x")->Get(held));
+    EXPECT_EQ(held, nullptr);
+    EXPECT_FALSE(shader->GetParameter("x")->IsDefault());
+    ASSERT_TRUE(shader->GetParameter("y")->Get(held));
+    ASSERT_NE(held, nullptr);
+    EXPECT_EQ(held->GetClassName(), "B");
+    EXPECT_TRUE(shader->GetParameter("y")->IsDefault());
+    EXPECT_FALSE(shader->IsComplete(nullptr));
 }
 
 // Static calls.
@@ -296,9 +304,9 @@ TEST(PrototypeShaderTest, ClassesInCircles_AreMade) {
         bool canCreate;
     };
     const Case cases[] = {
-        {"input of its own class", "class A { input A a; }", false},
-        {"array of its own class", "class A { input A a[]; }", false},
-        {"inputs of each other", "class A { input B b; } class B { input A a; }", false},
+        {"input of its own class", "class A { input A a; }", true},
+        {"array of its own class", "class A { input A a[]; }", true},
+        {"inputs of each other", "class A { input B b; } class B { input A a; }", true},
         {"a call of its own static method",
          "class A { static float f() { return 1.0; } float g() { return A.f(); } }", true},
         {"a static method that calls itself",

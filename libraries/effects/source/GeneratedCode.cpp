@@ -39,6 +39,14 @@ void AddAssignmentStatement(Module* module, CompoundStatement* body, Expression*
         module->CreateAssignment(kOperator_Assign, target, value)));
 }
 
+void PrependParameterThis(FunctionPrototype* prototype) {
+    Module* const module = prototype->GetModule();
+    FunctionParameter* const parameter =
+        module->CreateFunctionParameter(module->CreateType(kType_Int));
+    parameter->SetName(module->CreateString(kNameParameterThis));
+    prototype->GetParameters().insert(prototype->GetParameters().begin(), parameter);
+}
+
 void DeclareFunctionVoid(Module* module, const std::string& name) {
     module->AddFunctionDeclaration(_CreatePrototypeVoid(module, name));
 }

@@ -14,6 +14,9 @@ class Module;
 
 /// The few forms of code that the library writes itself. All nodes belong to @p module.
 
+/// The parameter that tells a generated function which object it is called for.
+inline constexpr const char* kNameParameterThis = "iThis";
+
 /// Declares the global `qualifier type name;`.
 void DeclareGlobal(Module* module, TypeSpecifier type, const std::string& name,
                    StorageQualifier qualifier);
@@ -30,6 +33,9 @@ void AddCallStatement(Module* module, CompoundStatement* body, const std::string
 /// Adds `target = value;` to @p body, which takes both.
 void AddAssignmentStatement(Module* module, CompoundStatement* body, Expression* target,
                             Expression* value);
+
+/// Puts `int iThis` before all parameters of @p prototype.
+void PrependParameterThis(FunctionPrototype* prototype);
 
 /// Declares `void name();`.
 void DeclareFunctionVoid(Module* module, const std::string& name);

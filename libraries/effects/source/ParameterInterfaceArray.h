@@ -2,8 +2,8 @@
 
 #include "ParameterInterface.h"
 
+#include <set>
 #include <string>
-#include <vector>
 
 namespace Tolen::Effects {
 
@@ -72,7 +72,9 @@ private:
 
     // Code: ParameterInterfaceArrayCode.cpp
     bool _ReplaceReference(ForStatement* loop, TIParentSyntax<Statement>* slot);
-    bool _ReplaceReference(FunctionSelection* selection, TIParentSyntax<Expression>* slot);
+    /// @param methods the names that may be called
+    bool _ReplaceReference(FunctionSelection* selection, TIParentSyntax<Expression>* slot,
+                           const std::set<std::string>& methods);
     bool _ReplaceReference(FieldSelection* selection, TIParentSyntax<Expression>* slot);
     std::string _MangleMethodName(const std::string& method) const;
     void _CreateUniformCount(Module* module) const;

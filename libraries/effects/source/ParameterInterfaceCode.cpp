@@ -1,44 +1,22 @@
-#include "ParameterInterfaceArray.h"
-#include "ParameterInterfaceSingle.h"
+#include "ParameterInterface.h"
 
-/// Until graphs know how to use connected shaders.
+#include "GeneratedCode.h"
+#include "Shader.h"
+
+#include "TolenEffects/Statement.h"
+
+/// The code that single inputs and arrays have in common.
 
 namespace Tolen::Effects {
 
-bool ParameterInterface::CollectConstructor(CompoundStatement*) {
-    return false;
-}
-
-IReferenceParameter* ParameterInterfaceSingle::CreateReference(IGraph*) {
-    return nullptr;
-}
-
-bool ParameterInterfaceSingle::DestroyReference(IReferenceParameter*) {
-    return false;
-}
-
-bool ParameterInterfaceSingle::CollectShader(Module*) {
-    return false;
-}
-
-bool ParameterInterfaceSingle::VisitTransformations(FastDelegate2<Class, Visitor*, bool>&) {
-    return false;
-}
-
-IReferenceParameter* ParameterInterfaceArray::CreateReference(IGraph*) {
-    return nullptr;
-}
-
-bool ParameterInterfaceArray::DestroyReference(IReferenceParameter*) {
-    return false;
-}
-
-bool ParameterInterfaceArray::CollectShader(Module*) {
-    return false;
-}
-
-bool ParameterInterfaceArray::VisitTransformations(FastDelegate2<Class, Visitor*, bool>&) {
-    return false;
+bool ParameterInterface::CollectConstructor(CompoundStatement* body) {
+    for (int i = 0; i < GetLength(); ++i) {
+        Shader* const shader = GetShaderBase(i);
+        if (shader != nullptr && shader->HasConstructor()) {
+            AddCallStatement(body->GetModule(), body, shader->GetConstructorName());
+        }
+    }
+    return true;
 }
 
 } // namespace Tolen::Effects

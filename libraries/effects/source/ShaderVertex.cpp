@@ -36,7 +36,9 @@ bool _AddAlways(std::unique_ptr<AttributeVertex>& slot, const char* name) {
 
 ShaderVertex::ShaderVertex() = default;
 
-ShaderVertex::~ShaderVertex() { Shutdown(); }
+ShaderVertex::~ShaderVertex() {
+    Shutdown();
+}
 
 bool ShaderVertex::Init(IMgrEffects* manager, IKLProgram*) {
     _pMgrEffects = manager;

@@ -33,10 +33,20 @@ bool IsVariable(const Expression* expression, const std::string& name) {
            static_cast<const Variable*>(expression)->GetIdentifier()->GetString() == name;
 }
 
-void ReplaceVisited(TIParentSyntax<Expression>* slot, Expression* node) {
-    if (!slot->SetReplacement(node) || slot->GetReplacement() != node) {
-        delete node;
+std::string GetMethodName(const FunctionSelection* selection) {
+    const FunctionCall* const call = selection->GetFunction();
+    return call->GetName() != nullptr ? call->GetName()->GetString()
+                                      : TypeSpecifierToString(call->GetType()->GetTypeSpecifier());
+}
+
+FunctionCall* MakeCallOfMethod(const FunctionSelection* selection, const std::string& function) {
+    Module* const module = selection->GetModule();
+    FunctionCall* const call = module->CreateFunctionCall(module->CreateString(function.c_str()));
+    for (const Expression* argument : selection->GetFunction()->GetParameters()) {
+        call->AddParameter(argument->Clone(module));
     }
+    call->SetRange(selection);
+    return call;
 }
 
 } // namespace Tolen::Effects

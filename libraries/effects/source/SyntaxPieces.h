@@ -9,6 +9,8 @@ namespace Tolen::Effects {
 
 class CompoundStatement;
 class Expression;
+class FunctionCall;
+class FunctionSelection;
 class Module;
 class Variable;
 class VariableDeclaration;
@@ -33,8 +35,22 @@ void AddAssignment(CompoundStatement* body, Expression* target, Expression* valu
 /// Whether @p expression is a variable called @p name.
 bool IsVariable(const Expression* expression, const std::string& name);
 
+/// The name of the method that @p selection calls. What is called may also be spelled like the
+/// constructor of a built-in type, whose keyword it is then.
+std::string GetMethodName(const FunctionSelection* selection);
+
+/// The call of @p function with copies of the arguments that @p selection gives its method, owned
+/// by the caller.
+FunctionCall* MakeCallOfMethod(const FunctionSelection* selection, const std::string& function);
+
 /// Puts @p node, which is taken, in the place of the node that is visited through @p slot. It is
 /// deleted where the slot takes no replacement.
-void ReplaceVisited(TIParentSyntax<Expression>* slot, Expression* node);
+/// @tparam Family Expression or Statement
+template <class Family, class Node>
+void ReplaceVisited(TIParentSyntax<Family>* slot, Node* node) {
+    if (!slot->SetReplacement(node) || slot->GetReplacement() != node) {
+        delete node;
+    }
+}
 
 } // namespace Tolen::Effects

@@ -33,6 +33,10 @@ inline constexpr int kLimitDefaultDepth = 64;
 /// chain nest: those have any length.
 inline constexpr int kLimitNesting = 1024;
 
+/// Pieces of code (names, constants, calls, blocks and the like) that one loop over an array of
+/// shaders may unroll to. A loop beyond that is not refused but stays a loop.
+inline constexpr std::size_t kLimitUnrolledLoop = std::size_t{1} << 20;
+
 /// Bytes of one generated text.
 inline constexpr std::size_t kLimitGeneratedText = std::size_t{64} << 20;
 

@@ -219,8 +219,9 @@ TEST(TolenRender, Animate_RendersPicturesWithOneCompileAndAValueUpdateForEach) {
 TEST(TolenRender, PrintPrograms_ShowsEveryText) {
     const Ended ended = Render({}, {"--print-programs"});
     EXPECT_EQ(ended.status, 0);
-    for (const char* part : {"// vertex shader ", "// ray shader ", "// frame shader ", "_root",
-                             "void setup()", "void main()"}) {
+    for (const char* part : {"// ==== renderer effect camera\n// ---- root\n",
+                             "// ==== surface effect flat\n// ---- root\n", "// ---- graph\n",
+                             "// ---- vertex\n", "void setup()", "void main()"}) {
         EXPECT_THAT(ended.output, HasSubstr(part));
     }
 }

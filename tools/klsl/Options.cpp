@@ -1,10 +1,27 @@
 #include "Options.h"
 
+#include "Dot.h"
+
 #include <CLI/CLI.hpp>
 
 #include <map>
 
 namespace Tolen::Klsl {
+
+namespace {
+
+/// A class has its libraries and an effect; without one there is a scene alone.
+void CheckPrint(const Options& options, const std::string& effect) {
+    if (!options.className.empty()) {
+        if (effect.empty()) {
+            throw CLI::RequiredError("--effect");
+        }
+    } else if (options.files.size() > 1 || options.files.front().ends_with(".klsl")) {
+        throw CLI::RequiredError("--class");
+    }
+}
+
+} // namespace
 
 bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus) {
     static const std::map<std::string, Options::Effect> kEffects = {
@@ -22,18 +39,25 @@ bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus)
         ->required();
 
     CLI::App* const print = app.add_subcommand(
-        "print", "show the programs of a class: the root shader, the graph and the vertex stage");
+        "print", "show the programs of a class or of all effects of a scene: the root shader, the "
+                 "graph and the vertex stage");
     print
         ->add_option("files", options.files,
-                     "the library of the class, and others that it refers to")
+                     "a scene; or the library of the class, and others that it refers to")
         ->required();
-    print->add_option("--class", options.className, "the class of the root")->required();
+    CLI::Option* const className =
+        print->add_option("--class", options.className, "the class of the root");
     std::string effect;
     print->add_option("--effect", effect, "what it is the root of")
-        ->required()
+        ->needs(className)
         ->check(CLI::IsMember({"surface", "renderer", "prefix"}));
 
-    for (CLI::App* command : {check, print}) {
+    CLI::App* const graph = app.add_subcommand("graph", "draw the shaders of a scene");
+    graph->add_option("scene", options.files, "a scene")->required()->expected(1);
+    graph->add_option("-o,--output", options.output,
+                      "the drawing: .svg, .png, .pdf, or .dot for its text");
+
+    for (CLI::App* command : {check, print, graph}) {
         command->add_option("-I,--search-path", options.searchPaths,
                             "a folder to look for libraries and included files in")
             ->take_all()
@@ -42,14 +66,24 @@ bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus)
     }
     try {
         app.parse(count, arguments);
+        if (print->parsed()) {
+            CheckPrint(options, effect);
+        }
+        if (!options.output.empty() && !IsDrawingFile(options.output)) {
+            throw CLI::ValidationError("--output", "expected .svg, .png, .pdf or .dot, found '" +
+                                                       options.output + "'");
+        }
     } catch (const CLI::ParseError& error) {
         exitStatus = app.exit(error) == 0 ? 0 : 2;
         return false;
     }
-    if (print->parsed()) {
+    if (!effect.empty()) {
         options.effect = kEffects.at(effect);
     }
-    options.command = print->parsed() ? Options::kCommand_Print : Options::kCommand_Check;
+    options.command = graph->parsed()               ? Options::kCommand_Graph
+                      : check->parsed()             ? Options::kCommand_Check
+                      : options.className.empty() ? Options::kCommand_PrintScene
+                                                    : Options::kCommand_PrintClass;
     return true;
 }
 

@@ -7,14 +7,15 @@ namespace Tolen::Klsl {
 
 /// What the command line asks for.
 struct Options {
-    enum Command { kCommand_Check, kCommand_Print };
+    enum Command { kCommand_Check, kCommand_PrintClass, kCommand_PrintScene, kCommand_Graph };
     enum Effect { kEffect_Surface, kEffect_Renderer, kEffect_Prefix };
 
     Command command = kCommand_Check;
-    std::vector<std::string> files;       ///< the libraries to load, in this order
+    std::vector<std::string> files;       ///< the libraries to load, in this order; or one scene
     std::vector<std::string> searchPaths; ///< folders to look for them and their includes in
     std::string className;                ///< to print: the class of the root
     Effect effect = kEffect_Surface;      ///< to print: what the class is the root of
+    std::string output;                   ///< of a graph: the file; empty for the standard output
 };
 
 /// Reads the command line.

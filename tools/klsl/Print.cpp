@@ -1,13 +1,12 @@
 #include "Commands.h"
 #include "Session.h"
 
+#include "scene/ProgramTexts.h"
+
 #include "TolenEffects/IEffect.h"
 #include "TolenEffects/IParameter.h"
 #include "TolenEffects/IShader.h"
 
-#include "TolenOpenKLWrapper/IKLShader.h"
-
-#include "TolenCore/CreationOrder.h"
 #include "TolenCore/FastDelegate.h"
 
 #include <cstdio>
@@ -18,50 +17,6 @@ namespace Tolen::Klsl {
 namespace {
 
 using namespace Effects;
-
-/// Keeps the last text of each part of a program.
-class Texts : public CreationOrder {
-public:
-    explicit Texts(OpenKL::IContext& context) : _context(context) {
-        auto onText = MakeDelegate(this, &Texts::_OnText);
-        _context.AddListenerText(onText);
-    }
-    ~Texts() {
-        auto onText = MakeDelegate(this, &Texts::_OnText);
-        _context.RemoveListenerText(onText);
-    }
-    Texts(const Texts&) = delete;
-    Texts& operator=(const Texts&) = delete;
-
-    void Print() const {
-        _Print("root", _root);
-        _Print("graph", _graph);
-        _Print("vertex", _vertex);
-    }
-
-private:
-    static void _Print(const char* part, const std::string& text) {
-        if (!text.empty()) {
-            std::printf("// ---- %s\n%s%s", part, text.c_str(), text.back() == '\n' ? "" : "\n");
-        }
-    }
-
-    bool _OnText(const IKLShader& shader, const std::string& text) {
-        if (shader.GetType() == IKLShader::kType_Vertex) {
-            _vertex = text;
-        } else if (shader.GetName().ends_with("_root")) {
-            _root = text;
-        } else {
-            _graph = text;
-        }
-        return true;
-    }
-
-    OpenKL::IContext& _context;
-    std::string _root;
-    std::string _graph;
-    std::string _vertex;
-};
 
 IEffect* CreateEffect(MgrEffects& manager, Options::Effect kind) {
     switch (kind) {
@@ -102,7 +57,7 @@ bool MakeProgram(MgrEffects& manager, const Options& options, Result& result) {
 
 } // namespace
 
-int Print(const Options& options) {
+int PrintClass(const Options& options) {
     Session session(options);
     if (!session.Start() || !session.LoadLibraries()) {
         return 1;
@@ -110,9 +65,9 @@ int Print(const Options& options) {
     Diagnostic place;
     place.file = options.files.front();
     Result result;
-    const Texts texts(session.GetContext());
+    const Scene::ProgramTexts texts(session.GetContext());
     const bool isMade = MakeProgram(session.GetManager(), options, result);
-    texts.Print();
+    std::fputs(texts.Print().c_str(), stdout);
     std::fflush(stdout);
     session.Report(result, isMade, [&place](const std::string&) { return place; });
     return isMade && !session.HasErrors() ? 0 : 1;

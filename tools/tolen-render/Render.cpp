@@ -1,11 +1,14 @@
 #include "Render.h"
 
-#include "ImageFile.h"
 #include "Options.h"
 #include "ProgressBar.h"
-#include "SceneError.h"
-#include "SceneSession.h"
 
+#include "scene/ElementValues.h"
+#include "scene/ImageFile.h"
+#include "scene/SceneError.h"
+#include "scene/SceneSession.h"
+
+#include "TolenEffects/IParameter.h"
 #include "TolenEffects/Profiler.h"
 
 #include "TolenCore/Format.h"
@@ -13,9 +16,12 @@
 #include <chrono>
 #include <cstdio>
 #include <optional>
+#include <sstream>
 #include <stdexcept>
 
 namespace Tolen::Render {
+
+using namespace Tolen::Scene;
 
 namespace {
 
@@ -37,6 +43,32 @@ nlohmann::json _ParseValue(const std::string& option, const std::string& text) {
     return value;
 }
 
+/// Shaders of the command line as a scene file would name them: a name, or a list of names with
+/// commas or as JSON.
+nlohmann::json _ParseShaders(const std::string& text) {
+    nlohmann::json value = nlohmann::json::parse(text, nullptr, false);
+    if (value.is_null() || value.is_string() || value.is_array()) {
+        return value;
+    }
+    if (text.find(',') == std::string::npos) {
+        return text;
+    }
+    value = nlohmann::json::array();
+    std::istringstream names(text);
+    for (std::string name; std::getline(names, name, ',');) {
+        value.push_back(name);
+    }
+    return value;
+}
+
+nlohmann::json _ParseInput(SceneShaders& shaders, const std::string& path,
+                           const std::string& text) {
+    Effects::IParameter* const input = shaders.FindInput(path);
+    const bool takesShader =
+        input != nullptr && input->GetClass() == Effects::IParameter::kClass_Interface;
+    return takesShader ? _ParseShaders(text) : _ParseValue("--set", text);
+}
+
 /// The changing value of an animation.
 class Animation {
 public:
@@ -54,17 +86,19 @@ public:
         if (value.size() == 1) {
             value = nlohmann::json(value.front());
         }
-        session.SetParameter(_path, JsonNode(value, "--animate " + _path));
+        session.GetShaders().Set(_path, JsonNode(value, "--animate " + _path));
     }
 
 private:
     std::vector<double> _Read(const std::string& text, SceneSession& session) const {
         const nlohmann::json value = _ParseValue("--animate", text);
         const JsonNode node(value, "--animate " + _path);
-        const std::size_t count = session.CountNumbersOf(_path);
+        Effects::IParameter* const input = session.GetShaders().FindInput(_path);
+        const std::size_t count =
+            input == nullptr || input->IsArray() ? 0 : CountNumbers(input->GetTypeSpecifier());
         if (count == 0) {
             // Complains of the name in the same words as any other use of it.
-            session.SetParameter(_path, node);
+            session.GetShaders().Set(_path, node);
             node.Fail("only inputs with numbers can be animated");
         }
         return node.AsNumbers(count);
@@ -212,8 +246,8 @@ void RenderScene(const Options& options) {
     contextOptions.threads = options.threads;
     SceneSession session(description, contextOptions, options.searchPaths);
     for (const auto& [path, text] : options.values) {
-        const nlohmann::json value = _ParseValue("--set", text);
-        session.SetParameter(path, JsonNode(value, "--set " + path));
+        const nlohmann::json value = _ParseInput(session.GetShaders(), path, text);
+        session.GetShaders().Set(path, JsonNode(value, "--set " + path));
     }
     times.load = _SecondsSince(start);
 

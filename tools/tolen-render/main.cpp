@@ -1,6 +1,6 @@
 #include "Options.h"
 #include "Render.h"
-#include "SceneError.h"
+#include "scene/SceneError.h"
 
 #include <cstdio>
 #include <exception>
@@ -15,7 +15,7 @@ int main(int count, char** arguments) {
     }
     try {
         RenderScene(options);
-    } catch (const SceneError& error) {
+    } catch (const Tolen::Scene::SceneError& error) {
         std::fprintf(stderr, "%s: %s\n", options.scene.c_str(), error.what());
         return 1;
     } catch (const std::exception& error) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "JsonNode.h"
+#include "scene/JsonNode.h"
 
 #include "TolenEffects/ElementTypes.h"
 
@@ -10,7 +10,7 @@
 #include <type_traits>
 #include <vector>
 
-namespace Tolen::Render {
+namespace Tolen::Scene {
 
 /// The numbers that one element of a type takes in a scene file; 0 for types without numbers.
 /// Matrices are given row by row.
@@ -102,4 +102,4 @@ bool SetElements(const JsonNode& node, Effects::TypeSpecifier type, Set&& set) {
     });
 }
 
-} // namespace Tolen::Render
+} // namespace Tolen::Scene

@@ -1,4 +1,6 @@
-#include "MeshFile.h"
+#include "scene/MeshFile.h"
+
+#include "scene/AssimpMesh.h"
 
 #include <algorithm>
 #include <assimp/Importer.hpp>
@@ -7,35 +9,9 @@
 #include <limits>
 #include <stdexcept>
 
-namespace Tolen::Render {
+namespace Tolen::Scene {
 
 namespace {
-
-Vector3f _ToVector(const aiVector3D& v) { return {v.x, v.y, v.z}; }
-
-void _Append(MeshData& data, const aiMesh& mesh) {
-    const auto first = static_cast<std::uint32_t>(data.positions.size());
-    const bool hasCoords = mesh.HasTextureCoords(0);
-    const bool hasTangents = mesh.HasTangentsAndBitangents();
-    for (unsigned int i = 0; i < mesh.mNumVertices; ++i) {
-        data.positions.push_back(_ToVector(mesh.mVertices[i]));
-        data.normals.push_back(mesh.HasNormals() ? _ToVector(mesh.mNormals[i])
-                                                 : Vector3f(0.0f, 1.0f, 0.0f));
-        data.coords.push_back(hasCoords ? Vector2f(mesh.mTextureCoords[0][i].x,
-                                                   mesh.mTextureCoords[0][i].y)
-                                        : Vector2f());
-        data.tangents.push_back(hasTangents ? _ToVector(mesh.mTangents[i])
-                                            : Vector3f(1.0f, 0.0f, 0.0f));
-    }
-    for (unsigned int i = 0; i < mesh.mNumFaces; ++i) {
-        const aiFace& face = mesh.mFaces[i];
-        if (face.mNumIndices == 3) {
-            for (unsigned int corner = 0; corner < 3; ++corner) {
-                data.indices.push_back(first + face.mIndices[corner]);
-            }
-        }
-    }
-}
 
 void _Fit(MeshData& data) {
     constexpr float kFar = std::numeric_limits<float>::max();
@@ -68,17 +44,11 @@ MeshData ReadMesh(const std::string& file, bool isFitted) {
         throw std::runtime_error(file + ": " + importer.GetErrorString());
     }
     MeshData data;
-    bool hasCoords = false;
     for (unsigned int i = 0; i < scene->mNumMeshes; ++i) {
-        _Append(data, *scene->mMeshes[i]);
-        hasCoords = hasCoords || scene->mMeshes[i]->HasTextureCoords(0);
+        AppendMesh(data, *scene->mMeshes[i]);
     }
     if (data.indices.empty()) {
         throw std::runtime_error(file + ": holds no triangles");
-    }
-    if (!hasCoords) {
-        data.coords.clear();
-        data.tangents.clear();
     }
     if (isFitted) {
         _Fit(data);
@@ -86,4 +56,4 @@ MeshData ReadMesh(const std::string& file, bool isFitted) {
     return data;
 }
 
-} // namespace Tolen::Render
+} // namespace Tolen::Scene

@@ -6,14 +6,17 @@
 #include <string>
 #include <vector>
 
-namespace Tolen::Render {
+namespace Tolen::Scene {
 
 /// The triangles of a mesh file, all of its parts in one, in the file's own space.
 struct MeshData {
     std::vector<Vector3f> positions;
     std::vector<Vector3f> normals;
-    std::vector<Vector3f> tangents; ///< empty when the file gives no texture coordinates
-    std::vector<Vector2f> coords;   ///< empty when the file gives none
+    std::vector<Vector3f> tangents;   ///< along u; empty when the file gives no texture coordinates
+    std::vector<Vector3f> bitangents; ///< along v; likewise
+    std::vector<Vector2f> coords;     ///< empty when the file gives none
+    std::vector<Vector2f> coords1;    ///< of a second set; likewise
+    std::vector<Vector3f> colors;     ///< linear; likewise
     std::vector<std::uint32_t> indices;
 };
 
@@ -23,4 +26,4 @@ struct MeshData {
 /// @throws std::runtime_error
 MeshData ReadMesh(const std::string& file, bool isFitted);
 
-} // namespace Tolen::Render
+} // namespace Tolen::Scene

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-namespace Tolen::Render {
+namespace Tolen::Scene {
 
 /// A value of a scene file together with its place there, so that every complaint can tell where.
 class JsonNode {
@@ -53,4 +53,4 @@ private:
 /// " (did you mean 'color'?)" with the name nearest to @p name; empty when none is near.
 std::string SuggestName(const std::string& name, const std::vector<std::string>& known);
 
-} // namespace Tolen::Render
+} // namespace Tolen::Scene

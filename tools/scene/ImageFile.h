@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-namespace Tolen::Render {
+namespace Tolen::Scene {
 
 /// Four linear floats for each pixel, row by row from the lowest.
 struct Image {
@@ -13,10 +13,14 @@ struct Image {
     std::vector<float> rgba;
 };
 
-/// Reads a PNG, or an OpenEXR file by its ending ".exr".
-/// @param isSrgb whether a PNG's colours are encoded for a screen
+/// Reads a PNG, a JPEG or an OpenEXR file.
+/// @param isSrgb whether the colours are encoded for a screen; those of OpenEXR never are
 /// @throws std::runtime_error
 Image ReadImage(const std::string& file, bool isSrgb);
+
+/// The same for the bytes of a PNG or a JPEG.
+/// @param name for messages
+Image DecodeImage(const std::string& name, const std::string& bytes, bool isSrgb);
 
 /// Writes the colours as an 8-bit PNG for screens (sRGB); what is above 1 is cut off.
 /// @throws std::runtime_error
@@ -28,4 +32,4 @@ void WritePng(const std::string& file, const Image& image);
 void WriteExr(const std::string& file,
               const std::vector<std::pair<std::string, const Image*>>& images);
 
-} // namespace Tolen::Render
+} // namespace Tolen::Scene

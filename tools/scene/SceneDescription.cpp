@@ -1,6 +1,6 @@
-#include "SceneDescription.h"
+#include "scene/SceneDescription.h"
 
-#include "SceneError.h"
+#include "scene/SceneError.h"
 
 #include "TolenOpenKLWrapper/kl.h"
 
@@ -11,7 +11,7 @@
 #include <set>
 #include <sstream>
 
-namespace Tolen::Render {
+namespace Tolen::Scene {
 
 namespace {
 
@@ -175,9 +175,10 @@ void _ReadShaders(const JsonNode& scene, SceneDescription& description) {
     }
     UniqueNames names;
     for (const JsonNode& node : scene.Get("shaders").GetElements()) {
-        node.AllowOnly({"name", "class", "parameters", "coords", "textures"});
+        node.AllowOnly({"name", "class", "parameters", "inputs", "coords", "textures"});
         description.shaders.push_back({names.Take(node), node.Get("class").AsString(),
                                        _OptionalMembers(node, "parameters"),
+                                       _OptionalMembers(node, "inputs"),
                                        _OptionalMembers(node, "coords"),
                                        _OptionalMembers(node, "textures"), node});
     }
@@ -274,9 +275,13 @@ void _ReadPicture(const JsonNode& scene, SceneDescription& description) {
 } // namespace
 
 SceneDescription ReadScene(const std::string& file) {
+    return ReadScene(_ReadJson(file), Path(file).GetFolder().AsString());
+}
+
+SceneDescription ReadScene(nlohmann::json json, const std::string& folder) {
     SceneDescription description;
-    description.json = std::make_shared<const nlohmann::json>(_ReadJson(file));
-    description.folder = Path(file).GetFolder().AsString();
+    description.json = std::make_shared<const nlohmann::json>(std::move(json));
+    description.folder = folder;
 
     const JsonNode scene(*description.json, "");
     scene.AllowOnly({"libraries", "rayAttributes", "globals", "outputs", "textures", "classes",
@@ -296,4 +301,4 @@ SceneDescription ReadScene(const std::string& file) {
     return description;
 }
 
-} // namespace Tolen::Render
+} // namespace Tolen::Scene

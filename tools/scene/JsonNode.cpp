@@ -1,11 +1,11 @@
-#include "JsonNode.h"
+#include "scene/JsonNode.h"
 
-#include "SceneError.h"
+#include "scene/SceneError.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace Tolen::Render {
+namespace Tolen::Scene {
 
 namespace {
 
@@ -41,6 +41,15 @@ const char* _DescribeKind(const nlohmann::json& value) {
     default:
         return "a number";
     }
+}
+
+/// A key as JSON pointers write it.
+std::string _Escape(const std::string& key) {
+    std::string escaped;
+    for (const char c : key) {
+        escaped += c == '~' ? "~0" : c == '/' ? "~1" : std::string(1, c);
+    }
+    return escaped;
 }
 
 } // namespace
@@ -80,7 +89,7 @@ JsonNode JsonNode::Get(const std::string& key) const {
     if (found == _pValue->end()) {
         Fail("'" + key + "' is missing");
     }
-    return {*found, _place + "/" + key};
+    return {*found, _place + "/" + _Escape(key)};
 }
 
 std::vector<JsonNode> JsonNode::GetElements() const {
@@ -100,7 +109,7 @@ std::vector<std::pair<std::string, JsonNode>> JsonNode::GetMembers() const {
     }
     std::vector<std::pair<std::string, JsonNode>> members;
     for (const auto& [key, value] : _pValue->items()) {
-        members.emplace_back(key, JsonNode(value, _place + "/" + key));
+        members.emplace_back(key, JsonNode(value, _place + "/" + _Escape(key)));
     }
     return members;
 }
@@ -178,4 +187,4 @@ std::size_t JsonNode::AsOneOf(std::initializer_list<const char*> names) const {
     return static_cast<std::size_t>(found - known.begin());
 }
 
-} // namespace Tolen::Render
+} // namespace Tolen::Scene

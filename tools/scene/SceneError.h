@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace Tolen::Render {
+namespace Tolen::Scene {
 
 /// A mistake in a scene or on the command line, with the place that it was found at.
 ///
@@ -15,4 +15,4 @@ public:
         : std::runtime_error(place.empty() ? message : place + ": " + message) {}
 };
 
-} // namespace Tolen::Render
+} // namespace Tolen::Scene

@@ -1,14 +1,17 @@
 #pragma once
 
-#include "JsonNode.h"
+#include "scene/ImageFile.h"
+#include "scene/JsonNode.h"
+#include "scene/MeshFile.h"
 
 #include "TolenCore/Matrix.h"
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
-namespace Tolen::Render {
+namespace Tolen::Scene {
 
 /// A scene as its file describes it, read and checked as far as that goes without loading shaders.
 /// Names refer to entries of the lists; file names are relative to the scene file's folder.
@@ -32,7 +35,7 @@ struct SceneDescription {
         bool isSrgb; ///< whether the file's colours are encoded for a screen
         JsonNode node;
     };
-    /// Values of the static inputs of a class.
+    /// Values and connections of the static inputs of a class.
     struct ClassValues {
         std::string name;
         std::vector<std::pair<std::string, JsonNode>> parameters;
@@ -42,6 +45,7 @@ struct SceneDescription {
         std::string name;
         std::string className;
         std::vector<std::pair<std::string, JsonNode>> parameters;
+        std::vector<std::pair<std::string, JsonNode>> inputs; ///< names of shaders, to connect
         std::vector<std::pair<std::string, JsonNode>> coords;
         std::vector<std::pair<std::string, JsonNode>> textures;
         JsonNode node;
@@ -69,6 +73,9 @@ struct SceneDescription {
 
     std::shared_ptr<const nlohmann::json> json; ///< what all nodes point into
     std::string folder;                         ///< of the scene file
+    /// What textures and primitives refer to instead of a file, by the name in its place.
+    std::map<std::string, Image> images;
+    std::map<std::string, MeshData> meshes;
     std::vector<std::string> libraries;
     std::vector<JsonNode> nodesOfLibraries;
     std::vector<Variable> rayAttributes;
@@ -92,4 +99,9 @@ struct SceneDescription {
 /// @throws SceneError with the place in the file
 SceneDescription ReadScene(const std::string& file);
 
-} // namespace Tolen::Render
+/// Reads a scene as a file would hold it.
+/// @param folder that file names are relative to
+/// @throws SceneError with the place in @p json
+SceneDescription ReadScene(nlohmann::json json, const std::string& folder);
+
+} // namespace Tolen::Scene

@@ -1,4 +1,4 @@
-#include "ImageFile.h"
+#include "scene/ImageFile.h"
 
 #include <ImfChannelList.h>
 #include <ImfFrameBuffer.h>
@@ -9,12 +9,15 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <fstream>
 #include <half.h>
 #include <memory>
 #include <png.h>
+#include <sstream>
 #include <stdexcept>
+#include <turbojpeg.h>
 
-namespace Tolen::Render {
+namespace Tolen::Scene {
 
 namespace {
 
@@ -51,33 +54,84 @@ private:
     png_image _image{};
 };
 
-Image _ReadPng(const std::string& file, bool isSrgb) {
-    PngImage png;
-    if (png_image_begin_read_from_file(png.Get(), file.c_str()) == 0) {
-        _Fail(file, png->message);
+/// libjpeg-turbo's decompressor with its release.
+class JpegDecompressor {
+public:
+    JpegDecompressor() : _handle(tjInitDecompress()) {
+        if (_handle == nullptr) {
+            throw std::runtime_error("no memory for a JPEG decompressor");
+        }
     }
-    if (png->width > kMostPixels || png->height > kMostPixels) {
-        _Fail(file, "wider or higher than the limit of 65536 pixels");
-    }
-    png->format = PNG_FORMAT_RGBA;
-    std::vector<std::uint8_t> bytes(PNG_IMAGE_SIZE(*png.Get()));
-    // A negative stride turns the rows around, so that the lowest comes first.
-    const auto stride = -static_cast<png_int_32>(PNG_IMAGE_ROW_STRIDE(*png.Get()));
-    if (png_image_finish_read(png.Get(), nullptr, bytes.data(), stride, nullptr) == 0) {
-        _Fail(file, png->message);
-    }
+    ~JpegDecompressor() { tjDestroy(_handle); }
+    JpegDecompressor(const JpegDecompressor&) = delete;
+    JpegDecompressor& operator=(const JpegDecompressor&) = delete;
 
+    tjhandle Get() const { return _handle; }
+
+private:
+    tjhandle _handle;
+};
+
+void _CheckSize(const std::string& name, std::uint64_t width, std::uint64_t height) {
+    if (width < 1 || height < 1) {
+        _Fail(name, "holds no pixels");
+    }
+    if (width > kMostPixels || height > kMostPixels) {
+        _Fail(name, "wider or higher than the limit of 65536 pixels");
+    }
+}
+
+/// An image of 8-bit RGBA, row by row from the lowest.
+Image _FromBytes(int width, int height, const std::vector<std::uint8_t>& bytes, bool isSrgb) {
     std::array<float, 256> table{};
     for (std::size_t i = 0; i < table.size(); ++i) {
         const float value = static_cast<float>(i) / 255.0f;
         table[i] = isSrgb ? _ToLinear(value) : value;
     }
-    Image image{static_cast<int>(png->width), static_cast<int>(png->height), {}};
-    image.rgba.resize(bytes.size());
+    Image image{width, height, std::vector<float>(bytes.size())};
     for (std::size_t i = 0; i < bytes.size(); ++i) {
         image.rgba[i] = i % 4 == 3 ? static_cast<float>(bytes[i]) / 255.0f : table[bytes[i]];
     }
     return image;
+}
+
+Image _DecodePng(const std::string& name, const std::string& bytes, bool isSrgb) {
+    PngImage png;
+    if (png_image_begin_read_from_memory(png.Get(), bytes.data(), bytes.size()) == 0) {
+        _Fail(name, png->message);
+    }
+    _CheckSize(name, png->width, png->height);
+    png->format = PNG_FORMAT_RGBA;
+    std::vector<std::uint8_t> pixels(PNG_IMAGE_SIZE(*png.Get()));
+    // A negative stride turns the rows around, so that the lowest comes first.
+    const auto stride = -static_cast<png_int_32>(PNG_IMAGE_ROW_STRIDE(*png.Get()));
+    if (png_image_finish_read(png.Get(), nullptr, pixels.data(), stride, nullptr) == 0) {
+        _Fail(name, png->message);
+    }
+    return _FromBytes(static_cast<int>(png->width), static_cast<int>(png->height), pixels, isSrgb);
+}
+
+Image _DecodeJpeg(const std::string& name, const std::string& bytes, bool isSrgb) {
+    const JpegDecompressor jpeg;
+    const auto* const data = reinterpret_cast<const unsigned char*>(bytes.data());
+    const auto size = static_cast<unsigned long>(bytes.size());
+    int width = 0;
+    int height = 0;
+    int subsampling = 0;
+    int colors = 0;
+    if (tjDecompressHeader3(jpeg.Get(), data, size, &width, &height, &subsampling, &colors) != 0) {
+        _Fail(name, tjGetErrorStr2(jpeg.Get()));
+    }
+    _CheckSize(name, static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height));
+    std::vector<std::uint8_t> pixels(static_cast<std::size_t>(width) *
+                                     static_cast<std::size_t>(height) * 4);
+    // A warning leaves a picture with flaws, as viewers show it.
+    if (tjDecompress2(jpeg.Get(), data, size, pixels.data(), width, 0, height, TJPF_RGBA,
+                      TJFLAG_BOTTOMUP) != 0 &&
+        tjGetErrorCode(jpeg.Get()) != TJERR_WARNING) {
+        _Fail(name, tjGetErrorStr2(jpeg.Get()));
+    }
+    return _FromBytes(width, height, pixels, isSrgb);
 }
 
 Image _ReadExr(const std::string& file) {
@@ -85,9 +139,8 @@ Image _ReadExr(const std::string& file) {
     const Imath::Box2i window = input.dataWindow();
     const int width = window.max.x - window.min.x + 1;
     const int height = window.max.y - window.min.y + 1;
-    if (width > kMostPixels || height > kMostPixels) {
-        _Fail(file, "wider or higher than the limit of 65536 pixels");
-    }
+    _CheckSize(file, static_cast<std::uint64_t>(std::max(width, 0)),
+               static_cast<std::uint64_t>(std::max(height, 0)));
     const auto columns = static_cast<std::size_t>(width);
     std::vector<Imf::Rgba> pixels(columns * static_cast<std::size_t>(height));
     input.setFrameBuffer(pixels.data() - window.min.x - static_cast<std::ptrdiff_t>(window.min.y) * width,
@@ -105,15 +158,29 @@ Image _ReadExr(const std::string& file) {
     return image;
 }
 
-bool _HasEnding(const std::string& file, const std::string& ending) {
-    return file.size() >= ending.size() &&
-           file.compare(file.size() - ending.size(), ending.size(), ending) == 0;
-}
-
 } // namespace
 
+Image DecodeImage(const std::string& name, const std::string& bytes, bool isSrgb) {
+    if (bytes.starts_with("\x89PNG")) {
+        return _DecodePng(name, bytes, isSrgb);
+    }
+    if (bytes.starts_with("\xff\xd8\xff")) {
+        return _DecodeJpeg(name, bytes, isSrgb);
+    }
+    _Fail(name, "is neither PNG, JPEG nor OpenEXR");
+}
+
 Image ReadImage(const std::string& file, bool isSrgb) {
-    return _HasEnding(file, ".exr") ? _ReadExr(file) : _ReadPng(file, isSrgb);
+    std::ifstream stream(file, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << stream.rdbuf();
+    if (!stream || bytes.fail()) {
+        _Fail(file, "can't be read");
+    }
+    if (bytes.view().starts_with("\x76\x2f\x31\x01")) {
+        return _ReadExr(file);
+    }
+    return DecodeImage(file, bytes.str(), isSrgb);
 }
 
 void WritePng(const std::string& file, const Image& image) {
@@ -166,4 +233,4 @@ void WriteExr(const std::string& file,
     output.writePixels(height);
 }
 
-} // namespace Tolen::Render
+} // namespace Tolen::Scene

@@ -63,7 +63,7 @@ std::string EntryCompiler::Compile(Entry entry, LinearUnit& linear) const {
 
 TranslationResult EntryCompiler::_Compile(Entry entry, int nesting, LinearUnit& linear) const {
     IrUnit ir;
-    TranslationLimits limits{nesting, kMaxOperations};
+    TranslationLimits limits{nesting, kMaxOperations, _isOptimized};
     Translator translator(_program, _stage, _layout, _globalWords, limits, ir);
     TranslationResult result = translator.Translate(entry);
     if (result != TranslationResult::Done) {

@@ -17,6 +17,9 @@ using ValueId = std::uint32_t;
 using RegionId = std::uint32_t;
 inline constexpr std::uint32_t kNone = 0xffffffffu;
 
+/// The scalars of a value in memory order.
+using Values = std::vector<ValueId>;
+
 enum class IrKind : std::uint8_t {
     Constant,         ///< word
     Operation,        ///< operation of the arguments

@@ -1,20 +1,98 @@
 #include "engine/IrBuilder.h"
 
+#include "engine/CallMemory.h"
+
+#include <algorithm>
+#include <utility>
+
 namespace Tolen::OpenKL {
 
-IrBuilder::IrBuilder(IrUnit& unit) : _unit(unit) {
+namespace {
+
+/// Variables and arrays as one sequence of cells.
+std::uint32_t VariableCell(std::uint32_t variable) {
+    return 2 * variable;
+}
+std::uint32_t ArrayCell(std::uint32_t array) {
+    return 2 * array + 1;
+}
+
+} // namespace
+
+IrBuilder::IrBuilder(IrUnit& unit, bool sharesValues)
+    : _unit(unit), _sharesValues(sharesValues),
+      _folder(
+          unit, [this](std::uint32_t word) { return Constant(word); },
+          [this](Operation operation, ValueId a, ValueId b) { return Do(operation, a, b); }) {
     if (_unit.regions.empty()) {
         _unit.regions.emplace_back();
     }
+    _isOpen.resize(_unit.regions.size());
+    _isOpen[_region] = true;
 }
 
+void IrBuilder::EndShared() {
+    _sharedCells = 2 * static_cast<std::uint32_t>(
+                           std::max(_unit.variables.size(), _unit.arrays.size()));
+}
+
+/// Nothing computes a value where nothing runs; whoever asks for one is not run either.
 ValueId IrBuilder::_Add(const IrOp& op) {
+    if (!_isReachable) {
+        return Constant(0);
+    }
     ValueId id = static_cast<ValueId>(_unit.ops.size());
     _unit.ops.push_back(op);
-    if (_isReachable) {
-        _unit.regions[_region].nodes.push_back({NodeKind::Op, id});
-    }
+    _unit.regions[_region].nodes.push_back({NodeKind::Op, id});
     return id;
+}
+
+ValueId IrBuilder::_AddPure(const IrOp& op) {
+    if (!_sharesValues || !_isReachable) {
+        return _Add(op);
+    }
+    auto [entry, isNew] = _same.try_emplace(OpKey(op), kNone);
+    if (!isNew && IsOpen(_regionOf[entry->second])) {
+        return entry->second;
+    }
+    entry->second = _Add(op);
+    _regionOf.resize(_unit.ops.size(), kNone);
+    _regionOf[entry->second] = _region;
+    return entry->second;
+}
+
+/// Keeps the way to the region that has the nodes short.
+RegionId IrBuilder::_Resolve(RegionId region) {
+    RegionId resolved = _unit.Resolve(region);
+    while (region != resolved) {
+        region = std::exchange(_unit.regions[region].mergedInto, resolved);
+    }
+    return resolved;
+}
+
+bool IrBuilder::IsOpen(RegionId region) {
+    return _isOpen[_Resolve(region)];
+}
+
+/// Later rounds of a loop may find what the end of a round has stored, so that only what became
+/// known in the same loop counts.
+const IrBuilder::Known* IrBuilder::_FindKnown(std::uint32_t variable) {
+    if (!_sharesValues || variable >= _known.size()) {
+        return nullptr;
+    }
+    const Known& known = _known[variable];
+    bool isKnown = known.value != kNone && known.loop == GetLoop() && IsOpen(known.region);
+    return isKnown ? &known : nullptr;
+}
+
+void IrBuilder::_NoteRead(std::uint32_t cell, std::uint32_t storedAt) {
+    if (_pMemory != nullptr && cell < _sharedCells) {
+        _pMemory->NoteRead(cell, storedAt);
+    }
+}
+
+std::uint32_t IrBuilder::_NoteWrite(std::uint32_t cell) {
+    return _pMemory != nullptr && cell < _sharedCells ? _pMemory->NoteWrite(cell) : kNone;
 }
 
 /// Constants stand in no region, since they need no work.
@@ -34,14 +112,20 @@ ValueId IrBuilder::Do(Operation operation, ValueId a, ValueId b, ValueId c) {
     op.kind = IrKind::Operation;
     op.operation = operation;
     op.arguments = {a, b, c};
-    return _Add(op);
+    if (_sharesValues) {
+        ValueId folded = _folder.Fold(op);
+        if (folded != kNone) {
+            return folded;
+        }
+    }
+    return _AddPure(op);
 }
 
 ValueId IrBuilder::Load(IrKind kind, std::uint32_t word) {
     IrOp op;
     op.kind = kind;
     op.word = word;
-    return _Add(op);
+    return _AddPure(op);
 }
 
 ValueId IrBuilder::LoadTable(TableKind table, std::uint32_t word, ValueId index) {
@@ -50,7 +134,7 @@ ValueId IrBuilder::LoadTable(TableKind table, std::uint32_t word, ValueId index)
     op.index = static_cast<std::uint32_t>(table);
     op.word = word;
     op.arguments[0] = index;
-    return _Add(op);
+    return _AddPure(op);
 }
 
 ValueId IrBuilder::LoadBlock(std::uint32_t block, std::uint32_t elementWords, std::uint32_t word,
@@ -61,17 +145,35 @@ ValueId IrBuilder::LoadBlock(std::uint32_t block, std::uint32_t elementWords, st
     op.word = word;
     op.extra = elementWords;
     op.arguments[0] = index;
-    return _Add(op);
+    return _AddPure(op);
 }
 
 ValueId IrBuilder::LoadVariable(std::uint32_t variable) {
+    if (const Known* pKnown = _FindKnown(variable)) {
+        _NoteRead(VariableCell(variable), pKnown->storedAt);
+        return pKnown->value;
+    }
+    _NoteRead(VariableCell(variable), kNone);
     IrOp op;
     op.kind = IrKind::LoadVariable;
     op.index = variable;
-    return _Add(op);
+    ValueId value = _Add(op);
+    _SetKnown(variable, value, kNone);
+    return value;
+}
+
+void IrBuilder::_SetKnown(std::uint32_t variable, ValueId value, std::uint32_t storedAt) {
+    if (!_sharesValues || !_isReachable) {
+        return;
+    }
+    if (variable >= _known.size()) {
+        _known.resize(_unit.variables.size());
+    }
+    _known[variable] = {value, _region, GetLoop(), storedAt};
 }
 
 ValueId IrBuilder::LoadArray(std::uint32_t array, ValueId index) {
+    _NoteRead(ArrayCell(array), kNone);
     IrOp op;
     op.kind = IrKind::LoadArray;
     op.index = array;
@@ -86,6 +188,9 @@ ValueId IrBuilder::CallService(Service service, const std::vector<ValueId>& argu
     op.index = static_cast<std::uint32_t>(_unit.serviceArguments.size());
     op.extra = static_cast<std::uint32_t>(arguments.size());
     _unit.serviceArguments.insert(_unit.serviceArguments.end(), arguments.begin(), arguments.end());
+    if (_pMemory != nullptr && _unit.HasEffect(op)) {
+        _pMemory->NoteEffect();
+    }
     return _Add(op);
 }
 
@@ -103,9 +208,11 @@ void IrBuilder::StoreVariable(std::uint32_t variable, ValueId value) {
     op.index = variable;
     op.arguments[0] = value;
     _Add(op);
+    _SetKnown(variable, value, _NoteWrite(VariableCell(variable)));
 }
 
 void IrBuilder::StoreArray(std::uint32_t array, ValueId index, ValueId value) {
+    _NoteWrite(ArrayCell(array));
     IrOp op;
     op.kind = IrKind::StoreArray;
     op.index = array;
@@ -115,6 +222,7 @@ void IrBuilder::StoreArray(std::uint32_t array, ValueId index, ValueId value) {
 }
 
 void IrBuilder::FillArray(std::uint32_t array, ValueId value) {
+    _NoteWrite(ArrayCell(array));
     IrOp op;
     op.kind = IrKind::FillArray;
     op.index = array;
@@ -147,16 +255,26 @@ RegionId IrBuilder::AddRegion(std::uint32_t loop) {
     region.depth = _unit.regions[_region].depth + 1;
     region.loop = loop;
     _unit.regions.push_back(region);
+    _isOpen.push_back(false);
     return static_cast<RegionId>(_unit.regions.size() - 1);
 }
 
 IrBuilder::Position IrBuilder::Enter(RegionId region) {
     Position position{_region, _isReachable};
-    _region = region;
+    ContinueIn(region);
     return position;
 }
 
+void IrBuilder::ContinueIn(RegionId region) {
+    _region = region;
+    _isOpen[region] = true;
+}
+
 void IrBuilder::Return(const Position& position) {
+    for (RegionId region = _region; region != position.region;
+         region = _unit.regions[region].parent) {
+        _isOpen[region] = false;
+    }
     _region = position.region;
     _isReachable = position.isReachable;
 }
@@ -211,7 +329,7 @@ void IrBuilder::AddExit(NodeKind kind, std::uint32_t target) {
 
 void IrBuilder::DropTailExits(RegionId region, NodeKind kind, std::uint32_t target) {
     std::vector<IrNode>& nodes = _unit.regions[region].nodes;
-    if (nodes.empty()) {
+    if (nodes.empty() || (kind == NodeKind::Leave && _unit.blocks[target].leaveCount == 0)) {
         return;
     }
     IrNode last = nodes.back();

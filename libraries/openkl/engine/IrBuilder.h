@@ -1,6 +1,8 @@
 #pragma once
 
 #include "engine/Ir.h"
+#include "engine/OpKey.h"
+#include "engine/OperationFolder.h"
 #include "engine/executor/Instruction.h"
 
 #include <bit>
@@ -9,14 +11,28 @@
 
 namespace Tolen::OpenKL {
 
+class CallMemory;
+
 /// Adds ops and regions to a unit, at the end of the region that is open.
 class IrBuilder {
 public:
-    explicit IrBuilder(IrUnit& unit);
+    /// @param sharesValues whether an op that another one has computed already, and a load of what
+    ///                     is known, give that value
+    IrBuilder(IrUnit& unit, bool sharesValues);
+
+    /// Tells @p pMemory, which may be null, what happens to variables and arrays: to all of them
+    /// until EndShared, from then on to those that were there by then.
+    void SetMemory(CallMemory* pMemory) { _pMemory = pMemory; }
+    void EndShared();
 
     IrUnit& GetUnit() { return _unit; }
     RegionId GetRegion() const { return _region; }
     int GetDepth() const { return _unit.regions[_region].depth; }
+    /// The innermost loop around the open region, or kNone.
+    std::uint32_t GetLoop() const { return _unit.regions[_region].loop; }
+    /// Whether @p region is the open one or around it.
+    bool IsOpen(RegionId region);
+    bool IsConstant(ValueId value) const { return _unit.ops[value].kind == IrKind::Constant; }
 
     /// False behind a node that leaves the region; what is added there is dropped.
     bool IsReachable() const { return _isReachable; }
@@ -59,7 +75,7 @@ public:
     Position Enter(RegionId region);
     void Return(const Position& position);
     /// Goes on at the end of @p region, a branch of the If that was added last.
-    void ContinueIn(RegionId region) { _region = region; }
+    void ContinueIn(RegionId region);
     void SetReachable(bool isReachable) { _isReachable = isReachable; }
 
     std::uint32_t AddIf(ValueId condition);
@@ -75,12 +91,35 @@ public:
     void DissolveBlock(std::uint32_t block);
 
 private:
+    /// What is known of a variable: its value, since a store or load in a region.
+    struct Known {
+        ValueId value = kNone;
+        RegionId region = kNone;
+        std::uint32_t loop = kNone;
+        std::uint32_t storedAt = kNone; ///< time of the store; kNone for a load
+    };
+
     ValueId _Add(const IrOp& op);
+    /// Adds an op that gives the same value at any time.
+    ValueId _AddPure(const IrOp& op);
+    RegionId _Resolve(RegionId region);
+    const Known* _FindKnown(std::uint32_t variable);
+    void _SetKnown(std::uint32_t variable, ValueId value, std::uint32_t storedAt);
+    void _NoteRead(std::uint32_t cell, std::uint32_t storedAt);
+    std::uint32_t _NoteWrite(std::uint32_t cell);
 
     IrUnit& _unit;
+    const bool _sharesValues;
     RegionId _region = 0;
     bool _isReachable = true;
     std::unordered_map<std::uint32_t, ValueId> _constants;
+    std::unordered_map<OpKey, ValueId, OpKeyHash> _same;
+    std::vector<RegionId> _regionOf; ///< by op, where values are shared
+    std::vector<Known> _known;       ///< by variable
+    std::vector<bool> _isOpen;       ///< by region
+    OperationFolder _folder;
+    CallMemory* _pMemory = nullptr;
+    std::uint32_t _sharedCells = kNone; ///< cells from here on belong to functions
 };
 
 } // namespace Tolen::OpenKL

@@ -1,5 +1,6 @@
 #include "engine/Simplifier.h"
 
+#include "engine/OpKey.h"
 #include "engine/OperationFolder.h"
 
 #include <algorithm>
@@ -16,31 +17,6 @@ constexpr int kMaxBranchCost = 12;
 
 /// The most work of an operation that is moved out of a branch to ahead of a loop.
 constexpr int kMaxEarlyCost = 3;
-
-/// What makes two ops the same.
-struct OpKey {
-    IrKind kind;
-    Operation operation;
-    std::array<ValueId, 3> arguments;
-    std::uint32_t index;
-    std::uint32_t word;
-    std::uint32_t extra;
-
-    bool operator==(const OpKey&) const = default;
-};
-
-struct OpKeyHash {
-    std::size_t operator()(const OpKey& key) const {
-        std::uint64_t hash =
-            static_cast<std::uint64_t>(key.kind) << 16 | static_cast<std::uint64_t>(key.operation);
-        for (std::uint32_t part : {key.arguments[0], key.arguments[1], key.arguments[2], key.index,
-                                   key.word, key.extra}) {
-            hash = (hash ^ part) * 0x9e3779b97f4a7c15ull;
-            hash ^= hash >> 29;
-        }
-        return static_cast<std::size_t>(hash);
-    }
-};
 
 int GetCost(Operation operation) {
     switch (operation) {
@@ -196,7 +172,7 @@ private:
             }
             _unit.ops[id] = op;
         }
-        OpKey key{op.kind, op.operation, op.arguments, op.index, op.word, op.extra};
+        OpKey key(op);
         if (op.kind == IrKind::LoadArray) {
             key.extra = _arrayVersions[op.index];
         }

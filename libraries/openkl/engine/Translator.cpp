@@ -6,7 +6,12 @@ Translator::Translator(const LinkedProgram& program, const LinkedStage& stage,
                        const KernelLayout& layout, const std::vector<int>& globalWords,
                        const TranslationLimits& limits, IrUnit& unit)
     : _program(program), _stage(stage), _layout(layout), _globalWords(globalWords), _limits(limits),
-      _unit(unit), _builder(unit), _math(_builder), _access(_builder) {}
+      _unit(unit), _builder(unit, limits.sharesCalls), _math(_builder), _access(_builder),
+      _memory(_builder) {
+    if (_limits.sharesCalls) {
+        _builder.SetMemory(&_memory);
+    }
+}
 
 TranslationResult Translator::Translate(Entry entry) {
     _entry = entry;
@@ -17,6 +22,7 @@ TranslationResult Translator::Translate(Entry entry) {
     _builder.StoreVariable(_randomCalls, _builder.Int(0));
     _MakeBuiltins(entry);
     _MakeGlobals(entry);
+    _builder.EndShared();
     if (function != nullptr) {
         _Inline(*function, {});
     }
@@ -32,13 +38,20 @@ TranslationResult Translator::Translate(Entry entry) {
 
 bool Translator::_IsStopped() {
     if (_unit.ops.size() > _limits.operations) {
-        _result = TranslationResult::TooLarge;
+        _Stop(TranslationResult::TooLarge);
     }
     // Chains of `else if` and of returns put regions into one another without nesting.
     if (_builder.GetDepth() > 2 * _limits.nesting) {
-        _result = TranslationResult::TooDeep;
+        _Stop(TranslationResult::TooDeep);
     }
     return _result != TranslationResult::Done;
+}
+
+void Translator::_Stop(TranslationResult result) {
+    if (_result == TranslationResult::Done) {
+        _result = result;
+        _pStop = _frames.empty() ? nullptr : _frames.back().pFunction;
+    }
 }
 
 void Translator::_FindTexts() {

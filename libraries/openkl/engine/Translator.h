@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/CallMemory.h"
 #include "engine/Place.h"
 #include "engine/ProgramLayout.h"
 #include "engine/UsageScan.h"
@@ -8,6 +9,7 @@
 #include "compiler/Statements.h"
 
 #include <deque>
+#include <span>
 #include <string>
 #include <unordered_map>
 
@@ -19,6 +21,7 @@ enum class Entry { Setup, Main };
 struct TranslationLimits {
     int nesting = 0;            ///< levels of statements, expressions and calls in one another
     std::size_t operations = 0; ///< once all calls are inlined
+    bool sharesCalls = true;    ///< leaves out what has been computed or done already
 };
 
 enum class TranslationResult { Done, TooDeep, TooLarge };
@@ -31,12 +34,18 @@ public:
 
     TranslationResult Translate(Entry entry);
 
+    /// The function in which a limit was reached; null when none was.
+    const Function* GetStop() const { return _pStop; }
+
 private:
-    /// A function that is being inlined.
+    /// A function that is being inlined. One that returns at its end alone stands in the open
+    /// region, without a block.
     struct Frame {
-        std::uint32_t block;
-        std::uint32_t firstResult; ///< variables that take what return gives
-        std::int32_t text;
+        const Function* pFunction;
+        std::uint32_t block = kNone;
+        std::uint32_t firstResult = kNone; ///< variables that take what return gives
+        Values result;                     ///< what return gives, where there is no block
+        std::int32_t text = 0;
     };
 
     // Globals (TranslatorGlobals.cpp)
@@ -67,9 +76,20 @@ private:
     bool _EndsEarly(std::uint32_t index) const;
     void _TranslateLoop(const LoopStatement& loop);
     void _TranslateReturn(const ReturnStatement& statement);
-    Values _Inline(const Function& function, const std::vector<const Expression*>& arguments);
-    void _BindParameters(const Function& function, const std::vector<const Expression*>& arguments,
-                         std::vector<std::pair<const Variable*, Place>>& outputs);
+
+    // Calls (TranslatorCalls.cpp)
+
+    Values _Call(const Function& function, std::span<const Expression* const> arguments);
+    /// The arguments from left to right, one entry each; those of parameters that are copied out
+    /// add where to.
+    std::vector<Values> _EvaluateArguments(const Function& function,
+                                           std::span<const Expression* const> arguments,
+                                           std::vector<Place>& targets);
+    CallMemory::Call _Inline(const Function& function, std::vector<Values> arguments);
+    void _BindParameters(const Function& function, std::vector<Values> arguments);
+    void _TranslateBody(const Function& function);
+    void _TranslateStraightBody(const Function& function);
+    bool _ReturnsAtEnd(const Function& function);
 
     // Expressions (TranslatorExpressions.cpp)
 
@@ -110,7 +130,7 @@ private:
         explicit Level(Translator& translator) : _translator(translator) {
             ++_translator._level;
             if (_translator._level > _translator._limits.nesting) {
-                _translator._result = TranslationResult::TooDeep;
+                _translator._Stop(TranslationResult::TooDeep);
             }
         }
         ~Level() { --_translator._level; }
@@ -123,6 +143,7 @@ private:
 
     /// True once a limit is reached: what is left is skipped.
     bool _IsStopped();
+    void _Stop(TranslationResult result);
 
     const LinkedProgram& _program;
     const LinkedStage& _stage;
@@ -133,10 +154,12 @@ private:
     IrBuilder _builder;
     ValueMath _math;
     PlaceAccess _access;
+    CallMemory _memory;
 
     Entry _entry = Entry::Main;
     Usage _usage;
     std::unordered_map<const Function*, std::int32_t> _textOf;
+    std::unordered_map<const Function*, bool> _returnsAtEnd; ///< of the functions seen so far
     std::deque<WordStore> _globals; ///< one for each of the stage's
     std::unordered_map<int, WordStore> _builtins;
     std::unordered_map<const Variable*, WordStore> _locals;
@@ -146,6 +169,7 @@ private:
     std::vector<std::uint32_t> _loops; ///< open ones of the innermost frame last
     int _level = 0;
     TranslationResult _result = TranslationResult::Done;
+    const Function* _pStop = nullptr;
 };
 
 } // namespace Tolen::OpenKL

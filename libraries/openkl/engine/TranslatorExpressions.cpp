@@ -135,7 +135,7 @@ Values Translator::_EvaluateUnchained(const Expression& expression) {
     case kExpression_Call: {
         const auto& call = expression.As<CallExpression>();
         const Function* definition = _stage.GetDefinition(call.function);
-        return _Inline(*definition, {call.arguments.begin(), call.arguments.end()});
+        return _Call(*definition, call.arguments);
     }
     case kExpression_BuiltinCall:
         return _EvaluateBuiltinCall(expression.As<BuiltinCallExpression>());

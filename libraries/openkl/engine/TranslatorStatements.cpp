@@ -75,8 +75,17 @@ void Translator::_TranslateIf(const IfStatement& choice) {
         bool endsReachable; ///< the branch that holds
     };
     std::vector<Open> open;
+    const Statement* otherwise = choice.otherwise;
     for (const IfBranch& branch : choice.branches) {
         ValueId condition = _EvaluateScalar(*branch.condition);
+        if (_limits.sharesCalls && _builder.IsConstant(condition)) {
+            if (_unit.ops[condition].word == 0) {
+                continue;
+            }
+            _TranslateStatement(*branch.body);
+            otherwise = nullptr;
+            break;
+        }
         std::uint32_t index = _builder.AddIf(condition);
         IrBuilder::Position position = _builder.Enter(_unit.ifs[index].whenTrue);
         _TranslateStatement(*branch.body);
@@ -85,8 +94,8 @@ void Translator::_TranslateIf(const IfStatement& choice) {
         open.push_back({index, position, endsReachable});
         _builder.Enter(_unit.ifs[index].whenFalse);
     }
-    if (choice.otherwise != nullptr) {
-        _TranslateStatement(*choice.otherwise);
+    if (otherwise != nullptr) {
+        _TranslateStatement(*otherwise);
     }
     while (!open.empty()) {
         Open last = open.back();
@@ -154,93 +163,19 @@ void Translator::_TranslateLoop(const LoopStatement& loop) {
 }
 
 void Translator::_TranslateReturn(const ReturnStatement& statement) {
+    Values values;
     if (statement.value != nullptr) {
-        Values values = _Evaluate(*statement.value);
-        for (std::uint32_t i = 0; i < values.size(); ++i) {
-            _builder.StoreVariable(_frames.back().firstResult + i, values[i]);
-        }
+        values = _Evaluate(*statement.value);
     }
-    _builder.AddExit(NodeKind::Leave, _frames.back().block);
-}
-
-Values Translator::_Inline(const Function& function,
-                           const std::vector<const Expression*>& arguments) {
-    std::vector<std::pair<const Variable*, Place>> outputs;
-    _BindParameters(function, arguments, outputs);
-
-    auto resultWords = static_cast<std::uint32_t>(function.returnType.CountScalars());
-    Frame frame;
-    frame.firstResult = _builder.AddVariables(resultWords);
-    for (std::uint32_t i = 0; i < resultWords; ++i) {
-        _builder.StoreVariable(frame.firstResult + i, _builder.Int(0));
+    Frame& frame = _frames.back();
+    if (frame.block == kNone) {
+        frame.result = std::move(values);
+        return;
     }
-    auto text = _textOf.find(&function);
-    frame.text = text == _textOf.end() ? 0 : text->second;
-    frame.block = _builder.AddBlock();
-    _frames.push_back(frame);
-    std::vector<std::uint32_t> loops = std::move(_loops);
-    _loops.clear();
-
-    RegionId region = _unit.blocks[frame.block].region;
-    IrBuilder::Position position = _builder.Enter(region);
-    for (const Statement* statement : function.body->statements) {
-        _TranslateStatement(*statement);
+    for (std::uint32_t i = 0; i < values.size(); ++i) {
+        _builder.StoreVariable(frame.firstResult + i, values[i]);
     }
-    _builder.Return(position);
-    _builder.DropTailExits(region, NodeKind::Leave, frame.block);
-    if (position.isReachable && _unit.blocks[frame.block].leaveCount == 0) {
-        _builder.DissolveBlock(frame.block);
-    }
-    _loops = std::move(loops);
-    _frames.pop_back();
-
-    Values result;
-    for (std::uint32_t i = 0; i < resultWords; ++i) {
-        result.push_back(_builder.LoadVariable(frame.firstResult + i));
-    }
-    for (const auto& [parameter, target] : outputs) {
-        Place source;
-        source.pStore = &_locals.at(parameter);
-        source.type = parameter->type;
-        _access.Store(target, _access.Load(source));
-    }
-    return result;
-}
-
-/// Arguments are evaluated and copied in from left to right.
-void Translator::_BindParameters(const Function& function,
-                                 const std::vector<const Expression*>& arguments,
-                                 std::vector<std::pair<const Variable*, Place>>& outputs) {
-    std::vector<WordStore> stores;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const Variable* parameter = function.parameters[i];
-        Values values;
-        if (parameter->direction == kDirection_In) {
-            values = _Evaluate(*arguments[i]);
-        } else {
-            outputs.emplace_back(parameter, _MakePlace(*arguments[i]));
-            if (parameter->direction == kDirection_InOut) {
-                values = _access.Load(outputs.back().second);
-            }
-        }
-        bool isDynamic = _usage.dynamicallyIndexed.contains(parameter);
-        WordStore store;
-        if (!isDynamic && !_usage.written.contains(parameter) &&
-            parameter->direction == kDirection_In) {
-            store.values = std::move(values);
-        } else {
-            store = _MakeStore(parameter->type, isDynamic);
-            if (parameter->direction == kDirection_Out) {
-                _FillWithZeros(store, parameter->type);
-            } else {
-                _Fill(store, parameter->type, values);
-            }
-        }
-        stores.push_back(std::move(store));
-    }
-    for (std::size_t i = 0; i < stores.size(); ++i) {
-        _locals[function.parameters[i]] = std::move(stores[i]);
-    }
+    _builder.AddExit(NodeKind::Leave, frame.block);
 }
 
 } // namespace Tolen::OpenKL

@@ -9,9 +9,6 @@
 
 namespace Tolen::OpenKL {
 
-/// The scalars of a value in memory order.
-using Values = std::vector<ValueId>;
-
 /// Vectors and matrices in terms of scalar operations. Where two operands go together, one of them
 /// may be a single scalar, which then counts for every component of the other.
 class ValueMath {

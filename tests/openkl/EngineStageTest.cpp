@@ -408,8 +408,8 @@ TEST(EngineLimits, CodeThatGrowsWithoutEnd_IsRefusedWithTheLimit) {
     ASSERT_NE(program, nullptr);
     std::string error;
     EXPECT_EQ(Kernel::Compile(*program, KernelStage::Main, {}, &error), nullptr);
-    EXPECT_EQ(error,
-              "'main' has more than the limit of 1048576 operations once its calls are inlined");
+    EXPECT_EQ(error, "'main' has more than the limit of 1048576 operations once its calls are "
+                     "inlined, which it reaches in 'f1(int)'");
 }
 
 TEST(EngineLimits, VariablesWithoutEnd_AreRefusedWithTheLimit) {

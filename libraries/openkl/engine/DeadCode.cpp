@@ -103,13 +103,30 @@ public:
     }
 
 private:
-    using Live = std::vector<bool>;
+    /// A set of variables.
+    class Live {
+    public:
+        explicit Live(std::size_t count = 0) : _words((count + 63) / 64) {}
 
-    static void _Join(Live& live, const Live& other) {
-        for (std::size_t i = 0; i < live.size(); ++i) {
-            live[i] = live[i] || other[i];
+        bool Has(std::uint32_t variable) const {
+            return (_words[variable / 64] >> variable % 64 & 1) != 0;
         }
-    }
+        void Insert(std::uint32_t variable) {
+            _words[variable / 64] |= std::uint64_t{1} << variable % 64;
+        }
+        void Remove(std::uint32_t variable) {
+            _words[variable / 64] &= ~(std::uint64_t{1} << variable % 64);
+        }
+        void Clear() { std::fill(_words.begin(), _words.end(), std::uint64_t{0}); }
+        void Join(const Live& other) {
+            for (std::size_t i = 0; i < _words.size(); ++i) {
+                _words[i] |= other._words[i];
+            }
+        }
+
+    private:
+        std::vector<std::uint64_t> _words;
+    };
 
     void _CollectLoads(RegionId region, std::uint32_t loop) {
         for (const IrNode& node : _unit.regions[region].nodes) {
@@ -151,12 +168,12 @@ private:
         case NodeKind::Op: {
             const IrOp& op = _unit.ops[node.target];
             if (op.kind == IrKind::LoadVariable) {
-                live[op.index] = true;
+                live.Insert(op.index);
             } else if (op.kind == IrKind::StoreVariable) {
-                if (!live[op.index]) {
+                if (!live.Has(op.index)) {
                     return false;
                 }
-                live[op.index] = false;
+                live.Remove(op.index);
             }
             break;
         }
@@ -165,7 +182,7 @@ private:
             Live otherwise = live;
             _Visit(choice.whenTrue, live);
             _Visit(choice.whenFalse, otherwise);
-            _Join(live, otherwise);
+            live.Join(otherwise);
             break;
         }
         case NodeKind::Loop:
@@ -185,7 +202,7 @@ private:
             live = _afterBlocks[node.target];
             break;
         case NodeKind::Kill:
-            live.assign(live.size(), false);
+            live.Clear();
             break;
         }
         return true;
@@ -197,14 +214,14 @@ private:
         _afterLoops[index] = live;
         Live round = live;
         for (std::uint32_t variable : _loads[index]) {
-            round[variable] = true;
+            round.Insert(variable);
         }
         live = round;
         if (loop.testsFirst) {
             _Visit(loop.step, live);
             _atSteps[index] = live;
             _Visit(loop.body, live);
-            _Join(live, _afterLoops[index]);
+            live.Join(_afterLoops[index]);
             _Visit(loop.test, live);
         } else {
             _Visit(loop.test, live);

@@ -37,35 +37,40 @@ EntryCompiler::EntryCompiler(const LinkedProgram& program, const LinkedStage& st
       _isOptimized(isOptimized) {}
 
 std::string EntryCompiler::Compile(Entry entry, LinearUnit& linear) const {
-    TranslationResult result = _Compile(entry, kShallowNesting, linear);
+    const Function* pStop = nullptr;
+    TranslationResult result = _Compile(entry, kShallowNesting, linear, pStop);
     if (result == TranslationResult::TooDeep) {
         auto compile = [&]() {
             FloatingPointScope scope;
-            result = _Compile(entry, kMaxNesting, linear);
+            result = _Compile(entry, kMaxNesting, linear, pStop);
         };
         if (!RunWithStack(kDeepStackBytes, compile)) {
             return "no thread to compile deeply nested code on";
         }
     }
     std::string name = entry == Entry::Setup ? "'setup'" : "'main'";
+    std::string place =
+        pStop == nullptr ? "" : ", which it reaches in '" + pStop->GetSignature() + "'";
     switch (result) {
     case TranslationResult::TooDeep:
         return name + " nests deeper than the limit of " + std::to_string(kMaxNesting) +
-               " levels once its calls are inlined";
+               " levels once its calls are inlined" + place;
     case TranslationResult::TooLarge:
         return name + " has more than the limit of " + std::to_string(kMaxOperations) +
-               " operations once its calls are inlined";
+               " operations once its calls are inlined" + place;
     case TranslationResult::Done:
         break;
     }
     return {};
 }
 
-TranslationResult EntryCompiler::_Compile(Entry entry, int nesting, LinearUnit& linear) const {
+TranslationResult EntryCompiler::_Compile(Entry entry, int nesting, LinearUnit& linear,
+                                          const Function*& pStop) const {
     IrUnit ir;
     TranslationLimits limits{nesting, kMaxOperations, _isOptimized};
     Translator translator(_program, _stage, _layout, _globalWords, limits, ir);
     TranslationResult result = translator.Translate(entry);
+    pStop = translator.GetStop();
     if (result != TranslationResult::Done) {
         return result;
     }

@@ -8,8 +8,9 @@ namespace Tolen::OpenKL {
 /// Compiles the entry functions of one stage into linear code, within the limits of the engine.
 class EntryCompiler {
 public:
-    /// Levels of statements, expressions and calls in one another.
-    static constexpr int kMaxNesting = 8192;
+    /// Levels of statements, expressions and calls in one another. A call takes two or three, so
+    /// that chains of more than 20,000 calls compile.
+    static constexpr int kMaxNesting = 65536;
     /// Operations of one entry once all of its calls are inlined.
     static constexpr std::size_t kMaxOperations = std::size_t{1} << 20;
 
@@ -22,7 +23,8 @@ public:
     std::string Compile(Entry entry, LinearUnit& linear) const;
 
 private:
-    TranslationResult _Compile(Entry entry, int nesting, LinearUnit& linear) const;
+    TranslationResult _Compile(Entry entry, int nesting, LinearUnit& linear,
+                               const Function*& pStop) const;
 
     const LinkedProgram& _program;
     const LinkedStage& _stage;

@@ -211,6 +211,10 @@ Values Translator::_Equals(const Type& type, const Values& left, const Values& r
 Values Translator::_EvaluateLogical(BinaryOperator operation, ValueId left,
                                     const Expression& right) {
     bool isAnd = operation == kBinary_LogicalAnd;
+    if (_limits.sharesCalls && _builder.IsConstant(left)) {
+        bool isDecided = (_unit.ops[left].word != 0) != isAnd;
+        return {isDecided ? left : _EvaluateScalar(right)};
+    }
     if (_IsCheap(right)) {
         return {
             _builder.Do(isAnd ? Operation::IAnd : Operation::IOr, left, _EvaluateScalar(right))};
@@ -227,6 +231,10 @@ Values Translator::_EvaluateLogical(BinaryOperator operation, ValueId left,
 
 Values Translator::_EvaluateConditional(const ConditionalExpression& conditional) {
     ValueId condition = _EvaluateScalar(*conditional.condition);
+    if (_limits.sharesCalls && _builder.IsConstant(condition)) {
+        bool holds = _unit.ops[condition].word != 0;
+        return _Evaluate(holds ? *conditional.whenTrue : *conditional.whenFalse);
+    }
     auto words = static_cast<std::uint32_t>(conditional.type.CountScalars());
     if (words > 0 && _IsCheap(*conditional.whenTrue) && _IsCheap(*conditional.whenFalse)) {
         Values whenTrue = _Evaluate(*conditional.whenTrue);

@@ -21,6 +21,7 @@ public:
         _out.arrayScopes.resize(unit.arrays.size());
         // Every region can have a scope of its own, numbered one above it.
         _out.scopeParents.resize(unit.regions.size() + 1);
+        _out.scopeDepths.resize(unit.regions.size() + 1);
         _FindHomes();
     }
 
@@ -125,6 +126,7 @@ private:
     std::uint32_t _OpenScope(RegionId region, std::uint32_t parent) {
         std::uint32_t scope = region + 1;
         _out.scopeParents[scope] = parent;
+        _out.scopeDepths[scope] = _out.scopeDepths[parent] + 1;
         return scope;
     }
 
@@ -265,7 +267,7 @@ private:
 } // namespace
 
 bool Uniformity::IsWithin(std::uint32_t outer, std::uint32_t inner) const {
-    while (inner != outer && inner != 0) {
+    while (scopeDepths[inner] > scopeDepths[outer]) {
         inner = scopeParents[inner];
     }
     return inner == outer;

@@ -20,6 +20,7 @@ struct Uniformity {
     std::vector<bool> divergentBlocks;
     std::vector<std::uint32_t> regionScopes;
     std::vector<std::uint32_t> scopeParents;
+    std::vector<std::uint32_t> scopeDepths; ///< scopes around each
     /// The scope outside of which nobody looks at a variable.
     std::vector<std::uint32_t> variableScopes;
     std::vector<std::uint32_t> arrayScopes;

@@ -344,7 +344,7 @@ private:
 };
 
 TEST(EngineCalls, RandomCalls_GiveWhatTheyWouldOneByOne) {
-    for (unsigned seed = 0; seed < 400; ++seed) {
+    for (unsigned seed = 0; seed < 100; ++seed) {
         const std::string text = CallProgram(seed).Write();
         ASSERT_EQ(RunLanes(text, {}), RunLanes(text, WithoutOptimization())) << seed << "\n"
                                                                              << text;

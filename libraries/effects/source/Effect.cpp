@@ -264,7 +264,8 @@ void Effect<PolicyVertex, PolicyCompiler>::_ShutdownGraph() {
     _isCompiled = false;
     _pReferenceGraph = nullptr;
     // Out of the field first: the graph's delete listeners may ask this effect.
-    const std::unique_ptr<Graph> graph = std::move(_pGraph);
+    std::unique_ptr<Graph> graph = std::move(_pGraph);
+    Graph::Destroy(std::move(graph));
 }
 
 template <class PolicyVertex, class PolicyCompiler>

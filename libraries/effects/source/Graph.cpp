@@ -5,6 +5,7 @@
 #include "ProfileScope.h"
 #include "ReferenceGraph.h"
 #include "ReferencePrototypeShader.h"
+#include "ReferenceShader.h"
 #include "ScopedResult.h"
 #include "TolenEffects/IMgrEffects.h"
 #include "TolenEffects/IPrototypeShader.h"
@@ -56,23 +57,15 @@ bool Graph::_InitShader(IShader* pShader) {
         return false;
     }
     auto onDelete = MakeDelegate(this, &Graph::_OnDeleteReferenceShader);
-    auto onChange = MakeDelegate(this, &Graph::_OnChangeStructureReferenceShader);
-    return _pReferenceShader->AddListenerDelete(onDelete) &&
-           _pReferenceShader->AddListenerChangeStructure(onChange);
+    return _pReferenceShader->AddListenerDelete(onDelete);
 }
 
 void Graph::Shutdown() {
-    _listenersDelete.Fire(this);
-    _listenersDelete.Clear();
-    _isInitialized = false;
-    _listenersChangeValue.Clear();
-    _listenersChangeStructure.Clear();
-    _delegatesCollectShader.Clear();
-    _delegatesApply.Clear();
-    _referenceGraphs.clear();
+    _TakeLeave();
     if (_pReferenceShader != nullptr) {
         _ShutdownShader();
     }
+    _EndAllReferences();
     _pShader = nullptr;
     _prototypeShaders.clear();
     _prototypeInterfaces.clear();
@@ -87,6 +80,49 @@ void Graph::Shutdown() {
     }
 }
 
+void Graph::_TakeLeave() {
+    _listenersDelete.Fire(this);
+    _listenersDelete.Clear();
+    _isInitialized = false;
+    _listenersChangeValue.Clear();
+    _listenersChangeStructure.Clear();
+    _delegatesCollectShader.Clear();
+    _delegatesApply.Clear();
+    _referenceGraphs.clear();
+}
+
+void Graph::Destroy(std::unique_ptr<Graph> graph) {
+    if (graph == nullptr || !graph->_isEnding) {
+        return;
+    }
+    graph->_TakeLeave();
+    Graph& self = *graph;
+    self._pRetired = std::move(graph);
+}
+
+void Graph::EndReference(std::unique_ptr<ReferenceShader> reference) {
+    _ending.push_back(std::move(reference));
+    if (_isEnding) {
+        return;
+    }
+    const LifeToken::Watch alive = _life.GetWatch();
+    _isEnding = true;
+    _EndAllReferences();
+    if (!alive) {
+        return;
+    }
+    _isEnding = false;
+    const std::unique_ptr<Graph> retired = std::move(_pRetired);
+}
+
+void Graph::_EndAllReferences() {
+    const LifeToken::Watch alive = _life.GetWatch();
+    while (alive && !_ending.empty()) {
+        const std::unique_ptr<ReferenceShader> ended = std::move(_ending.back());
+        _ending.pop_back();
+    }
+}
+
 bool Graph::_ShutdownShader() {
     if (_pReferenceShader == nullptr) {
         return true;
@@ -95,9 +131,8 @@ bool Graph::_ShutdownShader() {
         return false;
     }
     auto onDelete = MakeDelegate(this, &Graph::_OnDeleteReferenceShader);
-    auto onChange = MakeDelegate(this, &Graph::_OnChangeStructureReferenceShader);
     _pReferenceShader->RemoveListenerDelete(onDelete);
-    _pReferenceShader->RemoveListenerChangeStructure(onChange);
+    _ListenToRoot(false);
     _pReferenceShader->Release();
     _pReferenceShader = nullptr;
     _pShader = nullptr;
@@ -356,7 +391,11 @@ bool Graph::Apply(IKLPrimitive* primitive, IKLProgram* program, Result*) {
 }
 
 bool Graph::AddDelegateUpdate(DelegateUpdate& update) {
-    return !_isCompiled || _listenersChangeValue.Fire(this, update);
+    if (!_isCompiled) {
+        return true;
+    }
+    _hasQueuedUpdates = true;
+    return _listenersChangeValue.Fire(this, update);
 }
 
 bool Graph::AddListenerChangeValue(FastDelegate2<IGraph*, DelegateUpdate&, bool>& listener) {
@@ -420,7 +459,11 @@ std::vector<Graph*> Graph::GetGraphsForeign() const {
     return graphs;
 }
 
-void Graph::ForgetUpdates(const void* object) { _listenersForgetUpdates.Fire(object); }
+void Graph::ForgetUpdates(const void* object) {
+    if (_hasQueuedUpdates) {
+        _listenersForgetUpdates.Fire(object);
+    }
+}
 
 bool Graph::AddListenerForgetUpdates(FastDelegate1<const void*, bool>& listener) {
     return _listenersForgetUpdates.Add(listener);
@@ -431,8 +474,23 @@ bool Graph::RemoveListenerForgetUpdates(FastDelegate1<const void*, bool>& listen
 }
 
 void Graph::_Invalidate() {
+    if (_isCompiled) {
+        _ListenToRoot(false);
+    }
     _isCompiled = false;
     _outputsUsed.clear();
+}
+
+void Graph::_ListenToRoot(bool listen) {
+    if (_pReferenceShader == nullptr) {
+        return;
+    }
+    auto onChange = MakeDelegate(this, &Graph::_OnChangeStructureReferenceShader);
+    if (listen) {
+        _pReferenceShader->AddListenerChangeStructure(onChange);
+    } else {
+        _pReferenceShader->RemoveListenerChangeStructure(onChange);
+    }
 }
 
 void Graph::_DestroyKLShader() {

@@ -17,6 +17,7 @@
 
 namespace Tolen::Effects {
 
+class ReferenceShader;
 class VisitorPrintKsl;
 
 /// The one implementation of IGraph.
@@ -108,6 +109,18 @@ public:
     /// creation, with those that they use in turn.
     std::vector<Graph*> GetGraphsForeign() const;
 
+    /// Ends a reference of this graph that has no uses left. Those that it used and nobody else
+    /// does follow one by one, however deep they hang, before the outermost call returns.
+    void EndReference(std::unique_ptr<ReferenceShader> reference);
+    /// Destroys @p graph; one in which references are about to end goes when they have.
+    static void Destroy(std::unique_ptr<Graph> graph);
+
+    /// Draws the number of a walk over the references of this graph; never 0.
+    unsigned long long BeginWalk() { return ++_countWalks; }
+    /// Whether a compile is collecting the code of all references.
+    bool IsCollecting() const { return _isCollecting; }
+    LifeToken::Watch GetWatch() const { return _life.GetWatch(); }
+
     /// Lets the holders of queued updates drop those that are bound to @p object, which is about to
     /// die.
     void ForgetUpdates(const void* object);
@@ -128,10 +141,17 @@ private:
 
     bool _InitShader(IShader* shader);
     bool _ShutdownShader();
+    /// Tells the delete listeners and forgets everybody who listens.
+    void _TakeLeave();
+    void _EndAllReferences();
     void _Invalidate();
+    /// Hears of changes of structure, or no longer: a graph that isn't compiled has nothing to
+    /// learn from them, and shaders that nobody listens to are connected at no cost.
+    void _ListenToRoot(bool listen);
     void _DestroyKLShader();
 
     bool _CollectModule(Module* module);
+    bool _CollectShaders(Module* module);
     bool _CollectConstructor(Module* module);
     bool _CollectConstructorStatic(Module* module);
     bool _CollectVertexAttributeDeclarations(Module* module);
@@ -173,6 +193,12 @@ private:
     ListenerSet<FastDelegate1<const void*, bool>> _listenersForgetUpdates;
     LifeToken _life;
     std::shared_ptr<bool> _isCompiling; ///< shared with a compile that may outlive the graph
+    std::vector<std::unique_ptr<ReferenceShader>> _ending; ///< references without uses
+    bool _isEnding = false;                                ///< they are being ended
+    std::unique_ptr<Graph> _pRetired;                      ///< this object, while it may not go yet
+    unsigned long long _countWalks = 0;
+    bool _isCollecting = false;
+    bool _hasQueuedUpdates = false; ///< somebody may have kept an update of this graph
 };
 
 } // namespace Tolen::Effects

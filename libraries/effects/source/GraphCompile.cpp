@@ -79,6 +79,8 @@ bool Graph::_Compile(Result* result) {
         return false;
     }
     _isCompiled = true;
+    _hasQueuedUpdates = false;
+    _ListenToRoot(true);
     _outputsUsed = printer.GetOutputsUsed();
     _listenersCompile.Fire(this);
     return true;
@@ -123,7 +125,18 @@ bool Graph::_CollectModule(Module* module) {
     if (HasConstructor() && !_CollectConstructor(module)) {
         return false;
     }
-    return _delegatesCollectShader.Fire(module) && CollectorDeclarationFunctions(module).Collect();
+    return _CollectShaders(module) && CollectorDeclarationFunctions(module).Collect();
+}
+
+bool Graph::_CollectShaders(Module* module) {
+    const LifeToken::Watch alive = _life.GetWatch();
+    _isCollecting = true;
+    const bool collected = _delegatesCollectShader.Fire(module);
+    if (!alive) {
+        return false;
+    }
+    _isCollecting = false;
+    return collected;
 }
 
 bool Graph::_CollectConstructor(Module* module) {

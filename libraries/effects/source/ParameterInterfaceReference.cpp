@@ -1,24 +1,44 @@
 #include "ParameterInterfaceArray.h"
 #include "ParameterInterfaceSingle.h"
 
-/// Graphs don't take connected shaders yet.
+#include "ReferenceParameterInterfaceArray.h"
+#include "ReferenceParameterInterfaceSingle.h"
+
+#include <memory>
+
+/// The references of inputs that take shaders: every call makes one, which its holder gives back.
 
 namespace Tolen::Effects {
 
-IReferenceParameter* ParameterInterfaceSingle::CreateReference(IGraph*) {
-    return nullptr;
+namespace {
+
+template <class Reference, class Parameter>
+IReferenceParameter* _CreateReference(Parameter* parameter, IGraph* graph) {
+    if (graph == nullptr) {
+        return nullptr;
+    }
+    auto reference = std::make_unique<Reference>();
+    return reference->Init(graph, parameter) ? reference.release() : nullptr;
 }
 
-bool ParameterInterfaceSingle::DestroyReference(IReferenceParameter*) {
-    return false;
+} // namespace
+
+IReferenceParameter* ParameterInterfaceSingle::CreateReference(IGraph* graph) {
+    return _CreateReference<ReferenceParameterInterfaceSingle>(this, graph);
 }
 
-IReferenceParameter* ParameterInterfaceArray::CreateReference(IGraph*) {
-    return nullptr;
+bool ParameterInterfaceSingle::DestroyReference(IReferenceParameter* reference) {
+    delete reference;
+    return true;
 }
 
-bool ParameterInterfaceArray::DestroyReference(IReferenceParameter*) {
-    return false;
+IReferenceParameter* ParameterInterfaceArray::CreateReference(IGraph* graph) {
+    return _CreateReference<ReferenceParameterInterfaceArray>(this, graph);
+}
+
+bool ParameterInterfaceArray::DestroyReference(IReferenceParameter* reference) {
+    delete reference;
+    return true;
 }
 
 } // namespace Tolen::Effects

@@ -1,7 +1,7 @@
 #include "PrototypeParameterInterfaceArray.h"
 
-#include "IReferencePrototypeParameter.h"
 #include "ParameterInterfaceArray.h"
+#include "ReferencePrototypeParameterInterface.h"
 #include "Shader.h"
 
 #include <memory>
@@ -40,8 +40,9 @@ IParameter* PrototypeParameterInterfaceArray::CreateParameter(IShader* shader, R
 }
 
 IReferencePrototypeParameter*
-PrototypeParameterInterfaceArray::CreateReference(ReferencePrototypeShader*) {
-    return nullptr;
+PrototypeParameterInterfaceArray::CreateReference(ReferencePrototypeShader* shader) {
+    auto reference = std::make_unique<ReferencePrototypeParameterInterfaceArray>();
+    return reference->Init(this, shader) ? reference.release() : nullptr;
 }
 
 bool PrototypeParameterInterfaceArray::DestroyReference(IReferencePrototypeParameter* reference) {

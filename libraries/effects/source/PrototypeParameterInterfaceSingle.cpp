@@ -1,8 +1,8 @@
 #include "PrototypeParameterInterfaceSingle.h"
 
 #include "DefaultConstructor.h"
-#include "IReferencePrototypeParameter.h"
 #include "ParameterInterfaceSingle.h"
+#include "ReferencePrototypeParameterInterface.h"
 #include "Shader.h"
 
 #include "TolenEffects/Module.h"
@@ -38,8 +38,9 @@ IParameter* PrototypeParameterInterfaceSingle::CreateParameter(IShader* shader, 
 }
 
 IReferencePrototypeParameter*
-PrototypeParameterInterfaceSingle::CreateReference(ReferencePrototypeShader*) {
-    return nullptr;
+PrototypeParameterInterfaceSingle::CreateReference(ReferencePrototypeShader* shader) {
+    auto reference = std::make_unique<ReferencePrototypeParameterInterfaceSingle>();
+    return reference->Init(this, shader) ? reference.release() : nullptr;
 }
 
 bool PrototypeParameterInterfaceSingle::DestroyReference(IReferencePrototypeParameter* reference) {

@@ -9,6 +9,22 @@
 
 namespace Tolen::Effects {
 
+IGraph* FindGraphForeign(IShader* shader, IGraph* graph) {
+    if (shader == graph->GetShader()) {
+        return nullptr;
+    }
+    switch (graph->GetType()) {
+    case IKLShader::kType_Ray:
+        return shader->GetGraphKind0();
+    case IKLShader::kType_Frame:
+        return shader->GetGraphKind2();
+    case IKLShader::kType_PrefixRay:
+        return shader->GetGraphKind3();
+    default:
+        return nullptr;
+    }
+}
+
 ReferenceShader::~ReferenceShader() { Shutdown(); }
 
 bool ReferenceShader::Init(IShader* shader, IGraph* graph) {
@@ -81,12 +97,21 @@ bool ReferenceShader::RemoveListenerChangeValue(FastDelegate1<IReferenceShader*,
 }
 
 bool ReferenceShader::AddListenerChangeStructure(FastDelegate1<IReferenceShader*, bool>& listener) {
-    return _listenersChangeStructure.Add(listener);
+    const bool isFirst = _listenersChangeStructure.IsEmpty();
+    _listenersChangeStructure.Add(listener);
+    if (isFirst) {
+        _ListenToImpl(true);
+    }
+    return true;
 }
 
 bool ReferenceShader::RemoveListenerChangeStructure(
     FastDelegate1<IReferenceShader*, bool>& listener) {
-    return _listenersChangeStructure.Remove(listener);
+    _listenersChangeStructure.Remove(listener);
+    if (_listenersChangeStructure.IsEmpty()) {
+        _ListenToImpl(false);
+    }
+    return true;
 }
 
 IReferenceParameter* ReferenceShader::GetParameter(const std::string& name) {
@@ -142,20 +167,10 @@ bool ReferenceShader::_InitImpl(IShader* shader, IGraph* graph) {
     if (shader == graph->GetShader()) {
         return _InitImplRoot(shader, graph);
     }
-    IGraph* own = nullptr;
-    switch (graph->GetType()) {
-    case IKLShader::kType_Ray:
-        own = shader->GetGraphKind0();
-        break;
-    case IKLShader::kType_Frame:
-        own = shader->GetGraphKind2();
-        break;
-    case IKLShader::kType_PrefixRay:
-        own = shader->GetGraphKind3();
-        break;
-    default:
+    if (graph->GetType() == IKLShader::kType_Vertex) {
         TOLEN_CHECK(false, "Source/ReferenceShader");
     }
+    IGraph* const own = FindGraphForeign(shader, graph);
     return own == nullptr ? _InitImplNode(shader, graph) : _InitImplGraph(own, graph);
 }
 
@@ -165,14 +180,15 @@ bool ReferenceShader::_InitImplNode(IShader* shader, IGraph* graph) {
         return false;
     }
     auto onChangeValue = MakeDelegate(this, &ReferenceShader::_OnChangeValue);
-    auto onChangeStructure = MakeDelegate(this, &ReferenceShader::_OnChangeStructure);
-    IImplReferenceShader* const implementation = node.get();
-    implementation->AddListenerChangeValue(onChangeValue);
-    implementation->AddListenerChangeStructure(onChangeStructure);
+    static_cast<IImplReferenceShader*>(node.get())->AddListenerChangeValue(onChangeValue);
     if (!TOLEN_CHECK(_pImpl == NULL, "Source/ReferenceShader")) {
         return false;
     }
+    _pNode = node.get();
     _pImpl = std::move(node);
+    if (!_listenersChangeStructure.IsEmpty()) {
+        _ListenToImpl(true);
+    }
     return true;
 }
 
@@ -185,19 +201,34 @@ bool ReferenceShader::_InitImplGraph(IGraph* graph, IGraph* graphOwner) {
     if (!implementation->Init(graph, graphOwner)) {
         return false;
     }
-    // A change in the other graph makes the program that links it stale.
-    auto onChangeStructure = MakeDelegate(this, &ReferenceShader::_OnChangeStructure);
-    implementation->AddListenerChangeStructure(onChangeStructure);
     if (!TOLEN_CHECK(_pImpl == NULL, "Source/ReferenceShader")) {
         return false;
     }
     _pImpl = std::move(implementation);
+    if (!_listenersChangeStructure.IsEmpty()) {
+        _ListenToImpl(true);
+    }
     return true;
 }
 
 void ReferenceShader::_ShutdownImpl() {
-    // Out of the field first, so that nobody is forwarded to an object that is going away.
+    // Out of the fields first, so that nobody is forwarded to an object that is going away.
+    _pNode = nullptr;
     const std::unique_ptr<IImplReferenceShader> implementation = std::move(_pImpl);
+}
+
+void ReferenceShader::_ListenToImpl(bool listen) {
+    if (_pImpl == nullptr) {
+        return;
+    }
+    // Of a node this is a change of its shader; of another graph, one that makes the program stale
+    // which links it.
+    auto onChange = MakeDelegate(this, &ReferenceShader::_OnChangeStructure);
+    if (listen) {
+        _pImpl->AddListenerChangeStructure(onChange);
+    } else {
+        _pImpl->RemoveListenerChangeStructure(onChange);
+    }
 }
 
 bool ReferenceShader::_OnChangeValue(IReferenceShader*) { return _listenersChangeValue.Fire(this); }

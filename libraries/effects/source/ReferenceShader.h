@@ -4,11 +4,18 @@
 #include "TolenEffects/IReferenceShader.h"
 
 #include "TolenCore/CreationOrder.h"
+#include "TolenCore/LifeToken.h"
 #include "TolenCore/ListenerSet.h"
 
 #include <memory>
 
 namespace Tolen::Effects {
+
+class ReferenceShaderNode;
+
+/// The graph of its own in which @p shader stays when @p graph uses it: one of the same stage.
+/// @return borrowed; null for a shader whose code is copied, as that of the root always is
+IGraph* FindGraphForeign(IShader* shader, IGraph* graph);
 
 /// One shader in one graph, as its holders see it. The shader owns it and counts its uses; what it
 /// does is settled by one of two implementations, chosen at Init:
@@ -57,12 +64,18 @@ public:
     ReferencePrototypeShader* GetReferencePrototype() override;
     IGraph* GetGraph() override;
 
+    /// The implementation, where the shader's code is copied. @return borrowed, otherwise null
+    const ReferenceShaderNode* GetNode() const { return _pNode; }
+    LifeToken::Watch GetWatch() const { return _life.GetWatch(); }
+
 private:
     bool _InitImpl(IShader* shader, IGraph* graph);
     bool _InitImplNode(IShader* shader, IGraph* graph);
     bool _InitImplRoot(IShader* shader, IGraph* graph);
     bool _InitImplGraph(IGraph* graph, IGraph* graphOwner);
     void _ShutdownImpl();
+    /// Hears of changes of structure in the implementation, or no longer.
+    void _ListenToImpl(bool listen);
 
     bool _OnChangeValue(IReferenceShader* reference);
     bool _OnChangeStructure(IReferenceShader* reference);
@@ -72,9 +85,11 @@ private:
     IShader* _pShader = nullptr; ///< borrowed; null once it is gone
     IGraph* _pGraph = nullptr;   ///< borrowed
     std::unique_ptr<IImplReferenceShader> _pImpl;
+    const ReferenceShaderNode* _pNode = nullptr; ///< the same, when it is a node
     ListenerSet<FastDelegate1<IReferenceShader*, bool>> _listenersDelete;
     ListenerSet<FastDelegate1<IReferenceShader*, bool>> _listenersChangeValue;
     ListenerSet<FastDelegate1<IReferenceShader*, bool>> _listenersChangeStructure;
+    LifeToken _life;
 };
 
 } // namespace Tolen::Effects

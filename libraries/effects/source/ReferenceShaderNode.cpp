@@ -1,15 +1,16 @@
 #include "ReferenceShaderNode.h"
 
-#include "TolenEffects/Module.h"
+#include "Graph.h"
 #include "PrototypeShader.h"
+#include "ReferenceCompleteness.h"
 #include "ReferencePrototypeShader.h"
-#include "TolenEffects/IGraph.h"
 #include "TolenEffects/IMember.h"
 #include "TolenEffects/IMgrEffects.h"
 #include "TolenEffects/IParameter.h"
 #include "TolenEffects/IReferenceMember.h"
 #include "TolenEffects/IReferenceParameter.h"
 #include "TolenEffects/IShader.h"
+#include "TolenEffects/Module.h"
 
 #include "TolenCore/Assert.h"
 #include "TolenCore/Console.h"
@@ -46,8 +47,6 @@ bool ReferenceShaderNode::_InitParts() {
     }
     auto collect = FastDelegate1<Module*, bool>(this, &ReferenceShaderNode::CollectShader);
     _pGraph->AddDelegateCollectShader(collect);
-    auto onChangeStructure = MakeDelegate(this, &ReferenceShaderNode::_OnChangeStructureShader);
-    _pShader->AddListenerChangeStructure(onChangeStructure);
     _ListenCreateGraph(true);
 
     auto initParameter = MakeDelegate(this, &ReferenceShaderNode::_InitParameter);
@@ -60,11 +59,6 @@ bool ReferenceShaderNode::_InitParts() {
 bool ReferenceShaderNode::_InitParameter(const std::string& name, IParameter* parameter) {
     IReferenceParameter* const reference = parameter->CreateReference(_pGraph);
     if (reference == nullptr) {
-        return false;
-    }
-    auto relay = MakeDelegate(this, &ReferenceShaderNode::_OnChangeStructureReference);
-    if (!reference->AddListenerChangeStructure(relay)) {
-        parameter->DestroyReference(reference);
         return false;
     }
     _parameters[name] = reference;
@@ -97,6 +91,10 @@ bool ReferenceShaderNode::_InitCoord(const std::string& name, IParameter* coord)
 void ReferenceShaderNode::Shutdown() {
     _listenersDelete.Fire(this);
     _listenersDelete.Clear();
+    if (!_listenersChangeStructure.IsEmpty()) {
+        _listenersChangeStructure.Clear();
+        _ListenChangeStructure(false);
+    }
     _ShutdownCoords();
     _ShutdownMembers();
     _ShutdownParameters();
@@ -111,8 +109,6 @@ void ReferenceShaderNode::Shutdown() {
     }
     if (TOLEN_CHECK(_pGraph != NULL, "Source/ReferenceShaderNode")) {
         _ListenCreateGraph(false);
-        auto onChangeStructure = MakeDelegate(this, &ReferenceShaderNode::_OnChangeStructureShader);
-        _pShader->RemoveListenerChangeStructure(onChangeStructure);
         auto collect = FastDelegate1<Module*, bool>(this, &ReferenceShaderNode::CollectShader);
         _pGraph->RemoveDelegateCollectShader(collect);
     }
@@ -137,9 +133,7 @@ void ReferenceShaderNode::_ShutdownMembers() {
 }
 
 void ReferenceShaderNode::_ShutdownParameters() {
-    auto relay = MakeDelegate(this, &ReferenceShaderNode::_OnChangeStructureReference);
     for (const auto& [name, reference] : _parameters) {
-        reference->RemoveListenerChangeStructure(relay);
         reference->GetParameter()->DestroyReference(reference);
     }
     _parameters.clear();
@@ -162,6 +156,26 @@ bool ReferenceShaderNode::_ListenCreateGraph(bool listen) {
     }
 }
 
+void ReferenceShaderNode::_ListenChangeStructure(bool listen) {
+    if (_pShader == nullptr) {
+        return;
+    }
+    auto onShader = MakeDelegate(this, &ReferenceShaderNode::_OnChangeStructureShader);
+    auto onReference = MakeDelegate(this, &ReferenceShaderNode::_OnChangeStructureReference);
+    if (listen) {
+        _pShader->AddListenerChangeStructure(onShader);
+    } else {
+        _pShader->RemoveListenerChangeStructure(onShader);
+    }
+    for (const auto& [name, reference] : _parameters) {
+        if (listen) {
+            reference->AddListenerChangeStructure(onReference);
+        } else {
+            reference->RemoveListenerChangeStructure(onReference);
+        }
+    }
+}
+
 bool ReferenceShaderNode::Release() {
     return _pShader != nullptr && _pShader->ReleaseReference(_pShader->GetReference(_pGraph));
 }
@@ -175,8 +189,12 @@ bool ReferenceShaderNode::RemoveListenerDelete(FastDelegate1<IReferenceShader*, 
 }
 
 bool ReferenceShaderNode::CollectShader(Module* module) {
+    // In a compile those below are collected as well, each asking for itself.
     Result result;
-    if (IsComplete(&result)) {
+    const bool isComplete = static_cast<Graph*>(_pGraph)->IsCollecting()
+                                ? ReferenceCompleteness::IsCompleteHere(this, &result)
+                                : IsComplete(&result);
+    if (isComplete) {
         return _pShader->CollectShader(module);
     }
     ConsolePrint("ReferenceShaderNode::CollectShader Shader Incomplete\n");
@@ -198,17 +216,7 @@ std::string ReferenceShaderNode::GetMethodMangled(const std::string& method) con
 }
 
 bool ReferenceShaderNode::IsComplete(Result* result) const {
-    if (!_pShader->IsComplete(result)) {
-        return false;
-    }
-    const auto allComplete = [result](const References& references) {
-        bool all = true;
-        for (const auto& [name, reference] : references) {
-            all = reference->IsComplete(result) && all;
-        }
-        return all;
-    };
-    return allComplete(_parameters) && allComplete(_coords);
+    return ReferenceCompleteness(_pGraph, result).IsComplete(this);
 }
 
 bool ReferenceShaderNode::HasConstructor() const { return _pShader->HasConstructor(); }
@@ -239,12 +247,21 @@ bool ReferenceShaderNode::RemoveListenerChangeValue(FastDelegate1<IReferenceShad
 
 bool ReferenceShaderNode::AddListenerChangeStructure(
     FastDelegate1<IReferenceShader*, bool>& listener) {
-    return _listenersChangeStructure.Add(listener);
+    const bool isFirst = _listenersChangeStructure.IsEmpty();
+    _listenersChangeStructure.Add(listener);
+    if (isFirst) {
+        _ListenChangeStructure(true);
+    }
+    return true;
 }
 
 bool ReferenceShaderNode::RemoveListenerChangeStructure(
     FastDelegate1<IReferenceShader*, bool>& listener) {
-    return _listenersChangeStructure.Remove(listener);
+    _listenersChangeStructure.Remove(listener);
+    if (_listenersChangeStructure.IsEmpty()) {
+        _ListenChangeStructure(false);
+    }
+    return true;
 }
 
 IReferenceParameter* ReferenceShaderNode::GetParameter(const std::string& name) {

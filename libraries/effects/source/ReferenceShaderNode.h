@@ -62,6 +62,8 @@ public:
     bool RemoveListenerChangeImpl(FastDelegate0<bool>& listener) override;
 
 private:
+    friend class ReferenceCompleteness;
+
     using References = std::map<std::string, IReferenceParameter*>;
 
     bool _InitParts();
@@ -73,6 +75,9 @@ private:
     void _ShutdownParameters();
     /// Adds or removes the relay at the notice that the shader gets a graph of this kind.
     bool _ListenCreateGraph(bool listen);
+    /// Adds or removes the relays at what tells of changes of structure. They are there only while
+    /// there is somebody to tell, so that wiring shaders that no program was made of costs nothing.
+    void _ListenChangeStructure(bool listen);
 
     bool _OnChangeStructureShader(IShader* shader);
     bool _OnChangeStructureReference(IReferenceParameter* reference);
@@ -87,6 +92,8 @@ private:
     ListenerSet<FastDelegate1<IReferenceShader*, bool>> _listenersDelete;
     ListenerSet<FastDelegate1<IReferenceShader*, bool>> _listenersChangeStructure;
     ListenerSet<FastDelegate0<bool>> _listenersChangeImpl;
+    mutable unsigned long long _walk = 0; ///< the last walk that asked whether this is complete
+    mutable bool _isComplete = false;     ///< its answer
 };
 
 } // namespace Tolen::Effects

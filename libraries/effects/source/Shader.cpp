@@ -1,5 +1,6 @@
 #include "Shader.h"
 
+#include "DeepReferences.h"
 #include "Graph.h"
 #include "IPrototypeMember.h"
 #include "IPrototypeParameter.h"
@@ -293,7 +294,7 @@ IGraph* Shader::_CreateGraph(GraphSlot& slot, IKLShader::Type kind) {
 }
 
 bool Shader::_DestroyGraph(GraphSlot& slot) {
-    const std::unique_ptr<Graph> dying = std::move(slot.pGraph);
+    Graph::Destroy(std::move(slot.pGraph));
     return true;
 }
 
@@ -305,6 +306,7 @@ IReferenceShader* Shader::CreateReference(IGraph* graph) {
     if (_pPrototype == nullptr || graph == nullptr) {
         return nullptr;
     }
+    const DeepReferences below(this, graph);
     auto onDelete = MakeDelegate(this, &Shader::_OnDeleteGraph);
     graph->AddListenerDelete(onDelete);
     UsedReference& entry = _references[graph];
@@ -345,9 +347,11 @@ bool Shader::ReleaseReference(IReferenceShader* reference) {
         return true;
     }
     auto onDelete = MakeDelegate(this, &Shader::_OnDeleteGraph);
-    found->first->RemoveListenerDelete(onDelete);
-    const std::unique_ptr<ReferenceShader> dying = std::move(found->second.pReference);
+    IGraph* const graph = found->first;
+    graph->RemoveListenerDelete(onDelete);
+    std::unique_ptr<ReferenceShader> dying = std::move(found->second.pReference);
     _references.erase(found);
+    static_cast<Graph*>(graph)->EndReference(std::move(dying));
     return true;
 }
 

@@ -102,6 +102,8 @@ public:
 
     IReferenceShader* CreateReference(IGraph* graph) override;
     IReferenceShader* GetReference(IGraph* graph) override;
+    /// Whether a reference for @p graph was asked for, also one that couldn't be made.
+    bool HasReference(IGraph* graph) const { return _references.count(graph) != 0; }
     bool ReleaseReference(IReferenceShader* reference) override;
     IParameter* GetParameter(const std::string& name) override;
     bool VisitParameters(FastDelegate2<const std::string&, IParameter*, bool>& visit) override;

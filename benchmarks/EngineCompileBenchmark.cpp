@@ -75,13 +75,13 @@ std::string MakeSequence(int count) {
 std::string MakeDispatch(int count) {
     std::string text;
     for (int i = 1; i <= count; ++i) {
-        text += "float " + Name(i) + "(float x)\n{\n    return x * " + std::to_string(i) +
-                ".0;\n}\n";
+        text +=
+            "float " + Name(i) + "(float x)\n{\n    return x * " + std::to_string(i) + ".0;\n}\n";
     }
     text += "float Foo_Eval_Switch(int iThis, float x)\n{\n";
     for (int i = 1; i <= count; ++i) {
-        text += "    if (iThis == " + std::to_string(i - 1) + ")\n        return " + Name(i) +
-                "(x);\n";
+        text +=
+            "    if (iThis == " + std::to_string(i - 1) + ")\n        return " + Name(i) + "(x);\n";
     }
     text += "    return 0.000000000000000;\n}\n";
     return text + "void main()\n{\n    float s = 0.0;\n    for (int i = 0; i < 3; ++i)\n"
@@ -104,10 +104,9 @@ std::shared_ptr<const LinkedProgram> Link(const std::string& text) {
 
 void Finish(benchmark::State& state) {
     state.SetComplexityN(state.range(0));
-    state.counters["each"] =
-        benchmark::Counter(static_cast<double>(state.range(0)),
-                           benchmark::Counter::kIsIterationInvariantRate |
-                               benchmark::Counter::kInvert);
+    state.counters["each"] = benchmark::Counter(static_cast<double>(state.range(0)),
+                                                benchmark::Counter::kIsIterationInvariantRate |
+                                                    benchmark::Counter::kInvert);
 }
 
 /// From the text to a linked program.

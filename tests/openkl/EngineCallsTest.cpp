@@ -122,19 +122,43 @@ TEST(EngineCalls, ChainsOfConstructors_RunInSetupAndMain) {
         text += "void __ctor__k" + n + "() { a_k" + n + " = " + n + ".0; ";
         text += i < count ? "__ctor__k" + std::to_string(i + 1) + "(); }\n" : "}\n";
     }
-    for (const char* entry : {"void setup() { __ctor__k1(); } void main() { ",
-                              "void main() { __ctor__k1(); "}) {
+    for (const char* entry :
+         {"void setup() { __ctor__k1(); } void main() { ", "void main() { __ctor__k1(); "}) {
         const std::string whole = text + entry + "accumulate(0, a_k1 + a_k10000); }";
         Effects::Tests::OnSmallStack([&] { EXPECT_EQ(RunOne(whole, 0.0f), 10001.0f) << entry; });
     }
 }
 
-TEST(EngineCalls, ChainsBeyondTheLimit_AreRefusedWithItAndTheFunction) {
-    Effects::Tests::OnSmallStack([] {
-        const std::string error = GetError(MakeChain(70000, "return N(x) * 0.5;", "return x;"));
-        EXPECT_TRUE(error.starts_with("'main' nests deeper than the limit of 65536 levels once its "
-                                      "calls are inlined, which it reaches in 'Foo_Eval_k"))
-            << error;
+TEST(EngineCalls, ChainsUpToTheLimit_CompileAndLongerOnesNameItAndTheFunction) {
+    // Each call takes two levels, main three and the last variable one.
+    const int most = (65536 - 4) / 2;
+    Effects::Tests::OnSmallStack([&] {
+        EXPECT_EQ(RunOne(MakeChain(most, "return N(x) * 0.5 + 1.0;", "return x;"), 1.0f), 2.0f);
+        for (const int count : {most + 1, 2 * most}) {
+            EXPECT_EQ(GetError(MakeChain(count, "return N(x) * 0.5;", "return x;")),
+                      "'main' nests deeper than the limit of 65536 levels once its calls are "
+                      "inlined, which it reaches in 'Foo_Eval_k32766(float)'");
+        }
+    });
+}
+
+TEST(EngineCalls, VariablesUpToTheLimit_CompileAndOneMoreDoesNot) {
+    const auto makeText = [](int last) {
+        std::string text = "void main() { int k = kl_RayDepth; float s = 0.0;\n";
+        for (int i = 0; i < 17; ++i) {
+            const std::string name = "a" + std::to_string(i);
+            text += "float " + name + "[" + std::to_string(i < 16 ? 16000 : last) + "]; " + name +
+                    "[k] = kl_HitDistance; s += " + name + "[k];\n";
+        }
+        return text + "accumulate(0, s); }";
+    };
+    Effects::Tests::OnSmallStack([&] {
+        const std::string error = GetError(makeText(10000));
+        ASSERT_TRUE(error.starts_with("'main' needs ")) << error;
+        const int most = 10000 - (std::stoi(error.substr(13)) - 262144);
+        EngineRig rig(makeText(most));
+        EXPECT_EQ(GetError(makeText(most + 1)), "'main' needs 262145 words for its variables, more "
+                                                "than the limit of 262144");
     });
 }
 
@@ -145,10 +169,10 @@ TEST(EngineCalls, Diamonds_RunLikeChains) {
                                "return sin(x) * 0.0 + x;"),
                      3.0f),
               3.0f);
-    EXPECT_EQ(RunOne(MakeChain(40, "if (x < 0.0) return 0.0; return 0.5 * (N(x) + N(x));",
-                               "return x;"),
-                     3.0f),
-              3.0f);
+    EXPECT_EQ(
+        RunOne(MakeChain(40, "if (x < 0.0) return 0.0; return 0.5 * (N(x) + N(x));", "return x;"),
+               3.0f),
+        3.0f);
     EXPECT_EQ(RunOne(MakeConstructors(40, "m_k# = #.0; p_k# = m_k# + 1.0; "), 0.0f), 42.0f);
     EXPECT_EQ(RunOne(MakeConstructors(40, ""), 0.0f), 0.0f);
 }
@@ -292,9 +316,7 @@ public:
     }
 
 private:
-    int _Pick(int count) {
-        return static_cast<int>(_random() % static_cast<unsigned>(count));
-    }
+    int _Pick(int count) { return static_cast<int>(_random() % static_cast<unsigned>(count)); }
 
     std::string _WriteTarget() {
         const char* const names[] = {"a", "b", "c", "x", "t[x & 1]", "t[0]"};

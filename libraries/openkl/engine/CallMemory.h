@@ -14,10 +14,10 @@ struct Function;
 /// Remembers what calls have given and done, so that one which would give and do the same again is
 /// left out. Graphs that share shaders come to the same call along many paths.
 ///
-/// A call is the same as an earlier one when function and arguments are the same values, the earlier
-/// one has run wherever the new one runs, and no variable outside of functions that it read or wrote
-/// has been written since. Calls with further effects, and those whose second run would find its own
-/// writes, are never left out.
+/// A call is the same as an earlier one when function and arguments are the same values, the
+/// earlier one has run wherever the new one runs, and no variable outside of functions that it read
+/// or wrote has been written since. Calls with further effects, and those whose second run would
+/// find its own writes, are never left out.
 class CallMemory {
 public:
     using CallId = std::uint32_t;

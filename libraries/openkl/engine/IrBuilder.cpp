@@ -32,8 +32,8 @@ IrBuilder::IrBuilder(IrUnit& unit, bool sharesValues)
 }
 
 void IrBuilder::EndShared() {
-    _sharedCells = 2 * static_cast<std::uint32_t>(
-                           std::max(_unit.variables.size(), _unit.arrays.size()));
+    _sharedCells =
+        2 * static_cast<std::uint32_t>(std::max(_unit.variables.size(), _unit.arrays.size()));
 }
 
 /// Nothing computes a value where nothing runs; whoever asks for one is not run either.

@@ -160,7 +160,7 @@ private:
     Usage _usage;
     std::unordered_map<const Function*, std::int32_t> _textOf;
     std::unordered_map<const Function*, bool> _returnsAtEnd; ///< of the functions seen so far
-    std::deque<WordStore> _globals; ///< one for each of the stage's
+    std::deque<WordStore> _globals;                          ///< one for each of the stage's
     std::unordered_map<int, WordStore> _builtins;
     std::unordered_map<const Variable*, WordStore> _locals;
     std::deque<WordStore> _temporaries; ///< of values that are subscripted

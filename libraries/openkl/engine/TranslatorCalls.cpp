@@ -81,10 +81,9 @@ Values Translator::_Call(const Function& function, std::span<const Expression* c
     return store(call);
 }
 
-std::vector<Values>
-Translator::_EvaluateArguments(const Function& function,
-                               std::span<const Expression* const> arguments,
-                               std::vector<Place>& targets) {
+std::vector<Values> Translator::_EvaluateArguments(const Function& function,
+                                                   std::span<const Expression* const> arguments,
+                                                   std::vector<Place>& targets) {
     std::vector<Values> values(arguments.size());
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         Direction direction = function.parameters[i]->direction;

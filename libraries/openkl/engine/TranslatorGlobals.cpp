@@ -229,7 +229,8 @@ void Translator::_MakeGlobal(Entry entry, std::size_t index, bool isWritten, boo
         }
         break;
     case kStorage_Varying:
-        if (isSetup || _stage.stage == kStage_Vertex) {
+        // One that no vertex shader gives is read by nothing.
+        if (isSetup || _stage.stage == kStage_Vertex || global.index < 0) {
             variable();
         } else if (isWritten) {
             variableFrom(WordStore::kInterpolated, _layout.varyings[at].firstWord);

@@ -1,39 +1,55 @@
 #include "CodeTransformer.h"
 
-#include "TolenEffects/Module.h"
+#include "SyntaxWalk.h"
+
 #include "TolenEffects/VisitorDelegate.h"
 
+#include <iterator>
 #include <utility>
 
 namespace Tolen::Effects {
 
 namespace {
 
-/// Calls @p visit for every variable of @p code.
-template <class Visit>
-void _VisitVariablesOf(const std::vector<FunctionDefinition*>& code, Visit visit) {
+/// Calls @p visit for every variable that @p walk, which is given a visitor, comes to.
+template <class Walk, class Visit>
+void _ForVariables(const Walk& walk, const Visit& visit) {
     auto callback = [&visit](Variable* variable, TIParentSyntax<Expression>*) {
         visit(variable);
         return true;
     };
     using VisitorVariable = TVisitorSyntaxDelegate<Variable, TIParentSyntax<Expression>>;
     VisitorVariable visitor(VisitorVariable::Delegate::Borrow(callback));
-    for (FunctionDefinition* definition : code) {
-        definition->AcceptVisitor(&visitor);
-    }
+    walk(&visitor);
+}
+
+bool _WalkStatement(CompoundStatement* body, std::size_t index, Visitor* visitor) {
+    auto position = std::next(body->GetStatements().begin(), static_cast<std::ptrdiff_t>(index));
+    return ReplaceWalk(visitor, nullptr).Element<Statement>(position);
 }
 
 } // namespace
 
 CodeTransformer::CodeTransformer(std::vector<FunctionDefinition*> code) : _code(std::move(code)) {
-    _VisitVariablesOf(_code, [this](const Variable* variable) {
-        _names.insert(variable->GetIdentifier()->GetString());
-    });
+    for (const FunctionDefinition* definition : _code) {
+        CompoundStatement* const body = definition->GetCompoundStatement();
+        for (std::size_t i = 0; i < body->GetCountStatements(); ++i) {
+            const Place place{body, i};
+            _ForVariables(
+                [&place](Visitor* visitor) { _WalkStatement(place.body, place.index, visitor); },
+                [&](const Variable* variable) {
+                    auto& places = _places[variable->GetIdentifier()->GetString()];
+                    if (places.empty() || places.back() != place) {
+                        places.push_back(place);
+                    }
+                });
+        }
+    }
 }
 
 bool CodeTransformer::_Walk(Class, Visitor* visitor) {
-    for (FunctionDefinition* definition : _code) {
-        if (!definition->AcceptVisitor(visitor)) {
+    for (const Place& place : *_pNamed) {
+        if (!_WalkStatement(place.body, place.index, visitor)) {
             return false;
         }
     }
@@ -42,9 +58,15 @@ bool CodeTransformer::_Walk(Class, Visitor* visitor) {
 
 void CodeTransformer::_CollectVariables() {
     _variables.clear();
-    _VisitVariablesOf(_code, [this](Variable* variable) {
-        _variables[variable->GetIdentifier()->GetString()].push_back(variable);
-    });
+    _ForVariables(
+        [this](Visitor* visitor) {
+            for (FunctionDefinition* definition : _code) {
+                definition->AcceptVisitor(visitor);
+            }
+        },
+        [this](Variable* variable) {
+            _variables[variable->GetIdentifier()->GetString()].push_back(variable);
+        });
 }
 
 bool CodeTransformer::_VisitVariables(Class, Visitor* visitor) {

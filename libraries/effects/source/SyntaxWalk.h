@@ -157,15 +157,21 @@ public:
     bool Elements(const Syntax*, std::vector<T*>& children) const {
         auto position = children.begin();
         for (const auto end = children.end(); position != end; ++position) {
-            if (*position == nullptr) {
-                continue;
-            }
-            TParentSyntaxVectorElement<T> slot(&position);
-            if (!(*position)->AcceptVisitor(_pVisitor, &slot) || !_ApplyPending(&slot)) {
+            if (!Element<T>(position)) {
                 return false;
             }
         }
         return true;
+    }
+
+    /// Visits one element of a vector.
+    template <class T>
+    bool Element(typename std::vector<T*>::iterator& position) const {
+        if (*position == nullptr) {
+            return true;
+        }
+        TParentSyntaxVectorElement<T> slot(&position);
+        return (*position)->AcceptVisitor(_pVisitor, &slot) && _ApplyPending(&slot);
     }
 
     /// The operators below @p first along the left operands, without recursion. Their slots are all

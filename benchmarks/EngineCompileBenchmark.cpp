@@ -133,7 +133,11 @@ void Whole(benchmark::State& state, MakeText makeText) {
 }
 
 void Counts(benchmark::internal::Benchmark* benchmark) {
-    benchmark->RangeMultiplier(10)->Range(10, 10000)->Unit(benchmark::kMicrosecond)->Complexity();
+    benchmark->RangeMultiplier(10)
+        ->Range(10, 10000)
+        ->Unit(benchmark::kMicrosecond)
+        ->UseRealTime()
+        ->Complexity();
 }
 
 BENCHMARK_CAPTURE(Front, Chain, MakeChain)->Apply(Counts);

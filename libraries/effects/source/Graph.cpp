@@ -20,6 +20,7 @@
 #include "TolenCore/Console.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Tolen::Effects {
 
@@ -133,8 +134,9 @@ bool Graph::_ShutdownShader() {
     auto onDelete = MakeDelegate(this, &Graph::_OnDeleteReferenceShader);
     _pReferenceShader->RemoveListenerDelete(onDelete);
     _ListenToRoot(false);
-    _pReferenceShader->Release();
-    _pReferenceShader = nullptr;
+    // Out of the field first: what goes with it gives attributes back, and they come by here.
+    IReferenceShader* const root = std::exchange(_pReferenceShader, nullptr);
+    root->Release();
     _pShader = nullptr;
     return true;
 }

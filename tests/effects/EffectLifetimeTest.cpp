@@ -1,4 +1,5 @@
 #include "EffectsFixture.h"
+#include "OnceListener.h"
 #include "TolenEffects/IGraph.h"
 #include "TolenEffects/ILocalParameter.h"
 #include "TolenEffects/IReferenceEffect.h"
@@ -22,25 +23,6 @@ class Paint {
 }
 class Plain { void Shade() { accumulate(o_color, vec3(1.0)); } }
 )";
-
-/// A listener that does something at its first call.
-template <class... Args>
-class Once : public CreationOrder {
-public:
-    explicit Once(std::function<void()> action) : _action(std::move(action)) {}
-    fastdelegate::FastDelegate<bool, Args...>& operator*() { return _delegate; }
-    bool HasRun() const { return _action == nullptr; }
-
-private:
-    bool _OnCall(Args...) {
-        if (_action != nullptr) {
-            std::exchange(_action, nullptr)();
-        }
-        return true;
-    }
-    std::function<void()> _action;
-    fastdelegate::FastDelegate<bool, Args...> _delegate{this, &Once::_OnCall};
-};
 
 class EffectLifetimeTest : public EffectsFixture {
 protected:

@@ -4,6 +4,7 @@
 #include "Graph.h"
 #include "ProfileScope.h"
 #include "ReferenceEffect.h"
+#include "ScopedHold.h"
 #include "TolenEffects/IMgrEffects.h"
 #include "TolenEffects/IReferenceGraph.h"
 #include "TolenEffects/IShader.h"
@@ -55,6 +56,8 @@ bool Effect<PolicyVertex, PolicyCompiler>::Init(IMgrEffects* manager) {
 template <class PolicyVertex, class PolicyCompiler>
 void Effect<PolicyVertex, PolicyCompiler>::Shutdown() {
     const std::shared_ptr<const void> hold = _Hold();
+    const bool isShared = ScopedHold::IsHeld(_pMgrEffects);
+    const ScopedHold holdEnds(_pMgrEffects);
     // A listener may end the effect, or the manager, in the middle of this: then the inner call does
     // all of it and the outer one finds nothing left.
     const bool isNested = std::exchange(_isShuttingDown, true);
@@ -75,7 +78,7 @@ void Effect<PolicyVertex, PolicyCompiler>::Shutdown() {
         _pMgrEffects->RemoveListenerChangeOutputIndices(onChangeIndices);
     }
     if (_pGraph != nullptr) {
-        _ShutdownGraph();
+        _ShutdownGraph(isShared);
     }
     if (_pKLShaderRoot != nullptr) {
         _pMgrEffects->GetOpenKLContext()->DestroyShader(_pKLShaderRoot);
@@ -187,24 +190,30 @@ bool Effect<PolicyVertex, PolicyCompiler>::SetRoot(IShader* shader) {
         return false;
     }
     const std::shared_ptr<const void> hold = _Hold();
-    _isReplacingRoot = true;
-    const bool replaced = _ReplaceRoot(shader);
-    _isReplacingRoot = false;
-    if (replaced) {
-        _listenersChangeStructure.Fire(this);
+    bool replaced = false;
+    {
+        const bool isShared = ScopedHold::IsHeld(_pMgrEffects);
+        const ScopedHold holdEnds(_pMgrEffects);
+        _isReplacingRoot = true;
+        replaced = _ReplaceRoot(shader, isShared);
+        _isReplacingRoot = false;
     }
-    return replaced;
+    if (!replaced || _pMgrEffects == nullptr) {
+        return false;
+    }
+    _listenersChangeStructure.Fire(this);
+    return true;
 }
 
 template <class PolicyVertex, class PolicyCompiler>
-bool Effect<PolicyVertex, PolicyCompiler>::_ReplaceRoot(IShader* shader) {
+bool Effect<PolicyVertex, PolicyCompiler>::_ReplaceRoot(IShader* shader, bool isShared) {
     IMgrEffects* const manager = _pMgrEffects;
     // The number of the old graph is the next to be handed out. It is held back while the new graph
     // draws its own, so that the names in the new text differ from those before.
     const bool hadGraph = _pGraph != nullptr;
     Key held;
     if (hadGraph) {
-        _ShutdownGraph();
+        _ShutdownGraph(isShared);
         if (_pMgrEffects == nullptr) {
             return false;
         }
@@ -251,21 +260,30 @@ bool Effect<PolicyVertex, PolicyCompiler>::_InitGraph(IShader* shader) {
         return true;
     }
     if (_pGraph != nullptr) {
-        _ShutdownGraph();
+        _ShutdownGraph(false);
     }
     return false;
 }
 
 template <class PolicyVertex, class PolicyCompiler>
-void Effect<PolicyVertex, PolicyCompiler>::_ShutdownGraph() {
+void Effect<PolicyVertex, PolicyCompiler>::_ShutdownGraph(bool isShared) {
     if (!TOLEN_CHECK(_pGraph != NULL, "Source/Effect")) {
         return;
     }
     _isCompiled = false;
-    _pReferenceGraph = nullptr;
-    // Out of the field first: the graph's delete listeners may ask this effect.
+    // Out of the fields first: the graph's delete listeners may ask this effect.
     std::unique_ptr<Graph> graph = std::move(_pGraph);
-    Graph::Destroy(std::move(graph));
+    IReferenceGraph* const reference = std::exchange(_pReferenceGraph, nullptr);
+    if (!isShared) {
+        return;
+    }
+    // The graph goes later, when this effect may be gone: it must know nothing of it any more.
+    IMgrEffects* const manager = _pMgrEffects;
+    auto onForget = MakeDelegate(this, &Effect::_OnForgetUpdates);
+    graph->RemoveListenerForgetUpdates(onForget);
+    graph->DestroyReference(reference);
+    _policyVertex.InitGraph(nullptr);
+    manager->GetImplementation()->DestroyGraph(std::move(graph));
 }
 
 template <class PolicyVertex, class PolicyCompiler>

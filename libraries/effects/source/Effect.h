@@ -79,9 +79,10 @@ private:
     /// Keeps the memory of this effect for a scope.
     std::shared_ptr<const void> _Hold() { return this->weak_from_this().lock(); }
 
-    bool _ReplaceRoot(IShader* shader);
+    bool _ReplaceRoot(IShader* shader, bool isShared);
     bool _InitGraph(IShader* shader);
-    void _ShutdownGraph();
+    /// @param isShared whether code further up the stack may be using the graph
+    void _ShutdownGraph(bool isShared);
     void _ShutdownReferenceEffects();
     bool _Compile(Result* result);
     bool _InitShaderRoot();

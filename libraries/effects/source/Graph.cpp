@@ -3,10 +3,11 @@
 #include "CollectorDeclaration.h"
 #include "GeneratedCode.h"
 #include "ProfileScope.h"
+#include "PrototypeShader.h"
 #include "ReferenceGraph.h"
 #include "ReferencePrototypeShader.h"
 #include "ReferenceShader.h"
-#include "ScopedResult.h"
+#include "ScopedHold.h"
 #include "TolenEffects/IMgrEffects.h"
 #include "TolenEffects/IPrototypeShader.h"
 #include "TolenEffects/IReferenceShader.h"
@@ -62,13 +63,21 @@ bool Graph::_InitShader(IShader* pShader) {
 }
 
 void Graph::Shutdown() {
-    _TakeLeave();
+    const ScopedHold hold(_pMgrEffects);
+    _isGoing = true;
+    _listenersDelete.Fire(this);
+    _listenersDelete.Clear();
+    _isInitialized = false;
+    _listenersChangeValue.Clear();
+    _listenersChangeStructure.Clear();
+    _delegatesCollectShader.Clear();
+    _delegatesApply.Clear();
+    _referenceGraphs.clear();
     if (_pReferenceShader != nullptr) {
         _ShutdownShader();
     }
-    _EndAllReferences();
     _pShader = nullptr;
-    _prototypeShaders.clear();
+    _ShutdownReferencesLeft();
     _prototypeInterfaces.clear();
     _isCompiled = false;
     _outputsUsed.clear();
@@ -79,49 +88,37 @@ void Graph::Shutdown() {
         _rKey = Key::Null();
         _pMgrEffects = nullptr;
     }
+    _isGoing = false;
 }
 
-void Graph::_TakeLeave() {
-    _listenersDelete.Fire(this);
-    _listenersDelete.Clear();
-    _isInitialized = false;
-    _listenersChangeValue.Clear();
-    _listenersChangeStructure.Clear();
-    _delegatesCollectShader.Clear();
-    _delegatesApply.Clear();
-    _referenceGraphs.clear();
-}
-
-void Graph::Destroy(std::unique_ptr<Graph> graph) {
-    if (graph == nullptr || !graph->_isEnding) {
-        return;
+void Graph::_ShutdownReferencesLeft() {
+    _listenersEnd.FireAll(this);
+    _listenersEnd.Clear();
+    // Shaders have let go; what is left are references to classes alone. A class that goes may take
+    // others with it.
+    std::vector<PrototypeShader*> prototypes;
+    for (const auto& [prototype, reference] : _prototypeShaders) {
+        prototypes.push_back(static_cast<PrototypeShader*>(prototype));
     }
-    graph->_TakeLeave();
-    Graph& self = *graph;
-    self._pRetired = std::move(graph);
+    std::sort(prototypes.begin(), prototypes.end(), [](const auto* a, const auto* b) {
+        return a->GetCreationNumber() < b->GetCreationNumber();
+    });
+    for (PrototypeShader* prototype : prototypes) {
+        prototype->ForgetGraph(this);
+    }
+    _prototypeShaders.clear();
 }
 
 void Graph::EndReference(std::unique_ptr<ReferenceShader> reference) {
     _ending.push_back(std::move(reference));
-    if (_isEnding) {
+    if (std::exchange(_isEnding, true)) {
         return;
     }
-    const LifeToken::Watch alive = _life.GetWatch();
-    _isEnding = true;
-    _EndAllReferences();
-    if (!alive) {
-        return;
-    }
-    _isEnding = false;
-    const std::unique_ptr<Graph> retired = std::move(_pRetired);
-}
-
-void Graph::_EndAllReferences() {
-    const LifeToken::Watch alive = _life.GetWatch();
-    while (alive && !_ending.empty()) {
+    while (!_ending.empty()) {
         const std::unique_ptr<ReferenceShader> ended = std::move(_ending.back());
         _ending.pop_back();
     }
+    _isEnding = false;
 }
 
 bool Graph::_ShutdownShader() {
@@ -473,6 +470,14 @@ bool Graph::AddListenerForgetUpdates(FastDelegate1<const void*, bool>& listener)
 
 bool Graph::RemoveListenerForgetUpdates(FastDelegate1<const void*, bool>& listener) {
     return _listenersForgetUpdates.Remove(listener);
+}
+
+bool Graph::AddListenerEnd(FastDelegate1<Graph*, bool>& listener) {
+    return _listenersEnd.Add(listener);
+}
+
+bool Graph::RemoveListenerEnd(FastDelegate1<Graph*, bool>& listener) {
+    return _listenersEnd.Remove(listener);
 }
 
 void Graph::_Invalidate() {

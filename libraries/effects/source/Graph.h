@@ -110,10 +110,9 @@ public:
     std::vector<Graph*> GetGraphsForeign() const;
 
     /// Ends a reference of this graph that has no uses left. Those that it used and nobody else
-    /// does follow one by one, however deep they hang, before the outermost call returns.
+    /// does follow one by one, however deep they hang, before the outermost call returns. The
+    /// caller holds the ends of graphs back (ScopedHold).
     void EndReference(std::unique_ptr<ReferenceShader> reference);
-    /// Destroys @p graph; one in which references are about to end goes when they have.
-    static void Destroy(std::unique_ptr<Graph> graph);
 
     /// Draws the number of a walk over the references of this graph; never 0.
     unsigned long long BeginWalk() { return ++_countWalks; }
@@ -126,6 +125,13 @@ public:
     void ForgetUpdates(const void* object);
     bool AddListenerForgetUpdates(FastDelegate1<const void*, bool>& listener);
     bool RemoveListenerForgetUpdates(FastDelegate1<const void*, bool>& listener);
+
+    /// Whether the end has begun: from then on nothing new may refer to this graph.
+    bool IsGoing() const { return _isGoing; }
+    /// End listeners hear when the graph has told its delete listeners and given its own references
+    /// back, and is otherwise still whole: who has references to it left lets them go.
+    bool AddListenerEnd(FastDelegate1<Graph*, bool>& listener);
+    bool RemoveListenerEnd(FastDelegate1<Graph*, bool>& listener);
 
 protected:
     /// Puts the place in the source in front of every line of the API's log that speaks of a line
@@ -141,9 +147,7 @@ private:
 
     bool _InitShader(IShader* shader);
     bool _ShutdownShader();
-    /// Tells the delete listeners and forgets everybody who listens.
-    void _TakeLeave();
-    void _EndAllReferences();
+    void _ShutdownReferencesLeft();
     void _Invalidate();
     /// Hears of changes of structure, or no longer: a graph that isn't compiled has nothing to
     /// learn from them, and shaders that nobody listens to are connected at no cost.
@@ -191,11 +195,12 @@ private:
     std::map<Graph*, int> _graphsForeign; ///< uses of other graphs' shaders, borrowed
     int _countUsers = 0;                  ///< uses of this graph's shader in other graphs
     ListenerSet<FastDelegate1<const void*, bool>> _listenersForgetUpdates;
+    ListenerSet<FastDelegate1<Graph*, bool>> _listenersEnd;
+    bool _isGoing = false;
     LifeToken _life;
     std::shared_ptr<bool> _isCompiling; ///< shared with a compile that may outlive the graph
     std::vector<std::unique_ptr<ReferenceShader>> _ending; ///< references without uses
     bool _isEnding = false;                                ///< they are being ended
-    std::unique_ptr<Graph> _pRetired;                      ///< this object, while it may not go yet
     unsigned long long _countWalks = 0;
     bool _isCollecting = false;
     bool _hasQueuedUpdates = false; ///< somebody may have kept an update of this graph

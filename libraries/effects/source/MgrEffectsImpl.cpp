@@ -1,12 +1,14 @@
 #include "MgrEffectsImpl.h"
 
 #include "EffectFactories.h"
+#include "Graph.h"
 #include "IFactoryEffect.h"
 #include "Library.h"
 #include "PreprocessorState.h"
 #include "ProfileScope.h"
 #include "PrototypeRequests.h"
 #include "PrototypeShader.h"
+#include "ScopedHold.h"
 
 #include "TolenEffects/IEffect.h"
 #include "TolenEffects/Profiler.h"
@@ -35,10 +37,12 @@ public:
 
 } // namespace
 
-MgrEffectsImpl::MgrEffectsImpl() = default;
+MgrEffectsImpl::MgrEffectsImpl()
+    : _pendingEnds(MakeDelegate(this, &MgrEffectsImpl::_EndShader),
+                   MakeDelegate(this, &MgrEffectsImpl::_ShutdownNow)) {}
 
 MgrEffectsImpl::~MgrEffectsImpl() {
-    Shutdown();
+    _ShutdownNow();
 }
 
 bool MgrEffectsImpl::Init(IMgrEffects* mgrEffects, IMgrConsole* console, IOpenKLContext* context,
@@ -72,8 +76,16 @@ bool MgrEffectsImpl::Init(IMgrEffects* mgrEffects, IMgrConsole* console, IOpenKL
 }
 
 void MgrEffectsImpl::Shutdown() {
+    if (_pendingEnds.IsHeld()) {
+        _pendingEnds.AddShutdown();
+    } else {
+        _ShutdownNow();
+    }
+}
+
+bool MgrEffectsImpl::_ShutdownNow() {
     if (_pMgrEffects == nullptr || _isShuttingDown) {
-        return;
+        return true;
     }
     _isShuttingDown = true;
     _factorySurface.reset();
@@ -111,6 +123,7 @@ void MgrEffectsImpl::Shutdown() {
     _pMgrEffects = nullptr;
     _pResult = nullptr;
     _isShuttingDown = false;
+    return true;
 }
 
 MgrEffectsImpl* MgrEffectsImpl::GetImplementation() {
@@ -218,10 +231,21 @@ IShader* MgrEffectsImpl::CreateShader(const std::string& name) {
 }
 
 void MgrEffectsImpl::DestroyShader(IShader* shader) {
+    const ScopedHold hold(this);
+    _pendingEnds.AddShader(shader);
+}
+
+void MgrEffectsImpl::DestroyGraph(std::unique_ptr<Graph> graph) {
+    const ScopedHold hold(this);
+    _pendingEnds.AddGraph(std::move(graph));
+}
+
+bool MgrEffectsImpl::_EndShader(IShader* shader) {
     // Any library will do: the shader knows where it belongs.
     if (!_libraries.empty()) {
         _libraries.begin()->second->DestroyShader(shader);
     }
+    return true;
 }
 
 bool MgrEffectsImpl::AddRayAttribute(TypeSpecifier type, const std::string& name) {

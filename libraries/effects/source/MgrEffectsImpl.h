@@ -2,6 +2,7 @@
 
 #include "MgrKeys.h"
 #include "MgrOutputs.h"
+#include "PendingEnds.h"
 
 #include "TolenEffects/IMgrEffects.h"
 
@@ -15,6 +16,7 @@
 
 namespace Tolen::Effects {
 
+class Graph;
 class IFactoryEffect;
 class Library;
 class PrototypeRequests;
@@ -117,6 +119,12 @@ public:
         MgrEffectsImpl* _pImplementation; ///< borrowed
     };
 
+    /// Destroys a graph that its owner has given up; as soon as nothing that is being done needs it.
+    void DestroyGraph(std::unique_ptr<Graph> graph);
+
+    /// What is put off while the library's own code uses it.
+    PendingEnds* GetPendingEnds() { return &_pendingEnds; }
+
     /// The classes that are just being loaded, in any library.
     PrototypeRequests* GetPrototypeRequests() { return _requests.get(); }
 
@@ -149,6 +157,8 @@ private:
     static bool _VisitEffects(IFactoryEffect* factory, FastDelegate1<IEffect*, bool>& visit);
     static void _DestroyEffect(IFactoryEffect* factory, IEffect* effect);
     bool _UpdateEffects(IFactoryEffect* factory, Result* result);
+    bool _EndShader(IShader* shader);
+    bool _ShutdownNow();
     /// The console of Init, or one that says nothing.
     IMgrConsole& _Console() const;
 
@@ -184,6 +194,7 @@ private:
     long long _lineAdjustment = 0;
     int _depthDefaults = 0; ///< defaults of inputs that are just being made, one inside the other
     bool _isShuttingDown = false;
+    PendingEnds _pendingEnds;
 };
 
 } // namespace Tolen::Effects

@@ -2,6 +2,7 @@
 
 #include "LocationText.h"
 #include "MgrEffectsImpl.h"
+#include "ScopedHold.h"
 #include "Shader.h"
 #include "StructureChange.h"
 
@@ -261,6 +262,7 @@ bool ParameterInterface::_ChangeStructure() {
     if (_pOwner == nullptr) {
         return true;
     }
+    const ScopedHold hold(_pMgrEffects);
     const LifeToken::Watch alive = _life.GetWatch();
     bool good = StructureChange::Run(_pOwner);
     if (!alive) {

@@ -1,6 +1,7 @@
 #include "PrototypeShader.h"
 
 #include "FreeFunctions.h"
+#include "Graph.h"
 #include "IPrototypeMember.h"
 #include "IPrototypeParameter.h"
 #include "Library.h"
@@ -8,6 +9,7 @@
 #include "PrototypeInterface.h"
 #include "ReferencePrototypeInterface.h"
 #include "ReferencePrototypeShader.h"
+#include "ScopedHold.h"
 #include "Shader.h"
 #include "StructureChange.h"
 
@@ -313,8 +315,12 @@ ReferencePrototypeShader* PrototypeShader::AcquireReference(IGraph* graph) {
         ++found->second.count;
         return found->second.pReference.get();
     }
+    if (static_cast<Graph*>(graph)->IsGoing()) {
+        return nullptr;
+    }
     auto onDelete = MakeDelegate(this, &PrototypeShader::_OnDeleteGraph);
     graph->AddListenerDelete(onDelete);
+    const ScopedHold hold(GetMgrEffects());
     UsedReference& entry = _references[graph];
     entry.count = 1;
     entry.order = ++_countReferences;
@@ -349,13 +355,24 @@ bool PrototypeShader::ReleaseReference(ReferencePrototypeShader* reference) {
     if (--found->second.count > 0) {
         return true;
     }
-    IGraph* graph = found->first;
-    std::unique_ptr<ReferencePrototypeShader> dying = std::move(found->second.pReference);
-    _references.erase(found);
+    _EndReference(found);
+    return true;
+}
+
+void PrototypeShader::ForgetGraph(IGraph* graph) {
+    if (const auto found = _references.find(graph); found != _references.end()) {
+        _EndReference(found);
+    }
+}
+
+void PrototypeShader::_EndReference(std::map<IGraph*, UsedReference>::iterator entry) {
+    const ScopedHold hold(GetMgrEffects());
+    IGraph* const graph = entry->first;
+    std::unique_ptr<ReferencePrototypeShader> dying = std::move(entry->second.pReference);
+    _references.erase(entry);
     auto onDelete = MakeDelegate(this, &PrototypeShader::_OnDeleteGraph);
     graph->RemoveListenerDelete(onDelete);
     _DestroyReference(graph, std::move(dying));
-    return true;
 }
 
 void PrototypeShader::_DestroyReference(IGraph* graph,

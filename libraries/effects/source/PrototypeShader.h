@@ -59,6 +59,9 @@ public:
     /// Destroys a shader made here; others are passed over.
     void DestroyShader(IShader* shader);
 
+    /// Destroys the reference in @p graph, which is about to go, however many uses it has.
+    void ForgetGraph(IGraph* graph);
+
     /// Adds the class's own code, and the free functions that it calls, to a graph's module.
     /// @return false while the class is incomplete
     bool CollectShader(Module* module);
@@ -224,6 +227,7 @@ private:
     bool _OnDeleteGraph(IGraph* graph);
 
     void _CreateReference(IGraph* graph, std::unique_ptr<ReferencePrototypeShader>& reference);
+    void _EndReference(std::map<IGraph*, UsedReference>::iterator entry);
     void _DestroyReference(IGraph* graph, std::unique_ptr<ReferencePrototypeShader> reference);
     void _ShutdownReferencePrototypeShaders();
     void _ShutdownPrototypeParameters();

@@ -9,6 +9,7 @@
 #include "ParameterInterface.h"
 #include "PrototypeShader.h"
 #include "ReferenceShader.h"
+#include "ScopedHold.h"
 #include "ScopedResult.h"
 #include "StructureChange.h"
 
@@ -155,7 +156,7 @@ void Shader::Shutdown() {
     _ShutdownUsers();
     _ShutdownReferences();
     for (GraphSlot& slot : _graphs) {
-        _DestroyGraph(slot);
+        const std::unique_ptr<Graph> dying = std::move(slot.pGraph);
     }
     _ShutdownParts();
     if (IMgrEffects* manager = GetMgrEffects(); manager != nullptr && _key != Key::Null()) {
@@ -189,14 +190,15 @@ void Shader::_ShutdownUsers() {
 }
 
 void Shader::_ShutdownReferences() {
+    const ScopedHold hold(GetMgrEffects());
     std::map<std::uint64_t, std::pair<IGraph*, std::unique_ptr<ReferenceShader>>> left;
     for (auto& [graph, entry] : _references) {
         left.emplace(entry.order, std::make_pair(graph, std::move(entry.pReference)));
     }
     _references.clear();
-    auto onDelete = MakeDelegate(this, &Shader::_OnDeleteGraph);
+    auto onEnd = MakeDelegate(this, &Shader::_OnEndGraph);
     for (auto& [order, entry] : left) {
-        entry.first->RemoveListenerDelete(onDelete);
+        static_cast<Graph*>(entry.first)->RemoveListenerEnd(onEnd);
         entry.second.reset();
     }
 }
@@ -281,20 +283,25 @@ IGraph* Shader::_CreateGraph(GraphSlot& slot, IKLShader::Type kind) {
     if (slot.pGraph != nullptr || _pPrototype == nullptr) {
         return slot.pGraph.get();
     }
-    auto graph = std::make_unique<Graph>();
-    if (!graph->Init(GetMgrEffects(), kind, this, _name)) {
-        return nullptr;
-    }
-    graph->SetName(_name);
-    slot.pGraph = std::move(graph);
-    IGraph* created = slot.pGraph.get();
     const LifeToken::Watch alive = _life.GetWatch();
-    slot.listenersCreate.Fire(this, created);
+    {
+        const ScopedHold hold(GetMgrEffects());
+        auto graph = std::make_unique<Graph>();
+        if (!graph->Init(GetMgrEffects(), kind, this, _name)) {
+            return nullptr;
+        }
+        graph->SetName(_name);
+        slot.pGraph = std::move(graph);
+        IGraph* created = slot.pGraph.get();
+        slot.listenersCreate.Fire(this, created);
+    }
     return alive ? slot.pGraph.get() : nullptr;
 }
 
 bool Shader::_DestroyGraph(GraphSlot& slot) {
-    Graph::Destroy(std::move(slot.pGraph));
+    if (slot.pGraph != nullptr) {
+        GetMgrEffects()->GetImplementation()->DestroyGraph(std::move(slot.pGraph));
+    }
     return true;
 }
 
@@ -303,12 +310,21 @@ IReferenceShader* Shader::CreateReference(IGraph* graph) {
         ++found->second.count;
         return found->second.pReference.get();
     }
-    if (_pPrototype == nullptr || graph == nullptr) {
+    if (_pPrototype == nullptr || graph == nullptr || static_cast<Graph*>(graph)->IsGoing()) {
         return nullptr;
     }
+    const LifeToken::Watch alive = _life.GetWatch();
+    {
+        const ScopedHold hold(GetMgrEffects());
+        _CreateReference(graph);
+    }
+    return alive ? GetReference(graph) : nullptr;
+}
+
+void Shader::_CreateReference(IGraph* graph) {
     const DeepReferences below(this, graph);
-    auto onDelete = MakeDelegate(this, &Shader::_OnDeleteGraph);
-    graph->AddListenerDelete(onDelete);
+    auto onEnd = MakeDelegate(this, &Shader::_OnEndGraph);
+    static_cast<Graph*>(graph)->AddListenerEnd(onEnd);
     UsedReference& entry = _references[graph];
     entry.count = 1;
     entry.order = ++_countReferences;
@@ -317,7 +333,6 @@ IReferenceShader* Shader::CreateReference(IGraph* graph) {
     if (!entry.pReference->Init(this, graph)) {
         entry.pReference.reset();
     }
-    return entry.pReference.get();
 }
 
 IReferenceShader* Shader::GetReference(IGraph* graph) {
@@ -346,20 +361,26 @@ bool Shader::ReleaseReference(IReferenceShader* reference) {
     if (--found->second.count > 0) {
         return true;
     }
-    auto onDelete = MakeDelegate(this, &Shader::_OnDeleteGraph);
-    IGraph* const graph = found->first;
-    graph->RemoveListenerDelete(onDelete);
-    std::unique_ptr<ReferenceShader> dying = std::move(found->second.pReference);
-    _references.erase(found);
-    static_cast<Graph*>(graph)->EndReference(std::move(dying));
+    _EndReference(found);
     return true;
 }
 
-bool Shader::_OnDeleteGraph(IGraph* graph) {
+void Shader::_EndReference(std::map<IGraph*, UsedReference>::iterator entry) {
+    const ScopedHold hold(GetMgrEffects());
+    auto onEnd = MakeDelegate(this, &Shader::_OnEndGraph);
+    auto* const graph = static_cast<Graph*>(entry->first);
+    graph->RemoveListenerEnd(onEnd);
+    // Out of the table first, so that nobody whom its end calls finds it there.
+    std::unique_ptr<ReferenceShader> dying = std::move(entry->second.pReference);
+    _references.erase(entry);
+    graph->EndReference(std::move(dying));
+}
+
+bool Shader::_OnEndGraph(Graph* graph) {
+    // What a client has not given back, and failures, which nobody gives back.
     const auto found = _references.find(graph);
-    if (found != _references.end() && found->second.pReference == nullptr) {
-        // Nobody gives a failure back, and a later graph may have the same address.
-        _references.erase(found);
+    if (found != _references.end()) {
+        _EndReference(found);
     }
     return true;
 }

@@ -184,8 +184,10 @@ private:
     bool _Rebuild();
     bool _FireChangeStructure();
     void _ShutdownUsers();
-    bool _OnDeleteGraph(IGraph* graph);
+    bool _OnEndGraph(Graph* graph);
 
+    void _CreateReference(IGraph* graph);
+    void _EndReference(std::map<IGraph*, UsedReference>::iterator entry);
     IGraph* _CreateGraph(GraphSlot& slot, IKLShader::Type kind);
     bool _DestroyGraph(GraphSlot& slot);
     void _ShutdownReferences();

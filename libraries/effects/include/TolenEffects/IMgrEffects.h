@@ -38,7 +38,8 @@ class TOLEN_EXPORT IMgrEffects {
 public:
     virtual ~IMgrEffects() = default;
 
-    /// Destroys everything in the manager. Safe to repeat.
+    /// Destroys everything in the manager. Safe to repeat. A listener may call it, but not destroy
+    /// the manager itself; see DestroyShader for when it takes place.
     virtual void Shutdown() = 0;
 
     /// For the library's own code.
@@ -83,6 +84,12 @@ public:
     virtual IShader* CreateShader(const std::string& name, Result* result) = 0;
     /// The same; the reasons go to the console.
     virtual IShader* CreateShader(const std::string& name) = 0;
+    /// Destroys a shader; one that is not of this manager's classes is passed over.
+    ///
+    /// Listeners may call this, too. One that hears of shaders which are just being connected,
+    /// referenced by a graph or destroyed gets it later: the shader stays whole, and its delete
+    /// listeners are told, when the operation that called the listener is done. The same goes for
+    /// graphs and for Shutdown.
     virtual void DestroyShader(IShader* shader) = 0;
 
     virtual IEffect* CreateEffectSurface() = 0;

@@ -51,8 +51,8 @@ public:
     virtual const ClassDefinition* GetDefinition() const = 0;
 
     /// The class as @p graph sees it: one object for each graph, counted.
-    /// @return borrowed, to be given back with ReleaseReference as often as it was acquired; null
-    ///         when it can't be made
+    /// @return borrowed, to be given back with ReleaseReference as often as it was acquired, but
+    ///         for what is left when the graph ends; null when it can't be made
     virtual ReferencePrototypeShader* AcquireReference(IGraph* graph) = 0;
 
     /// Gives one use of a reference back; the last one destroys it.

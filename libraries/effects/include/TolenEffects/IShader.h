@@ -28,6 +28,9 @@ class Module;
 /// to inputs of other shaders and makes it the root of an effect. It goes back with
 /// IMgrEffects::DestroyShader and dies at the latest with its prototype. Used from one thread.
 ///
+/// A graph that DestroyGraphKind0 and its siblings end from a listener may stay until the operation
+/// that called the listener returns; see IMgrEffects::DestroyShader.
+///
 /// Every operation of this base does nothing and answers false, null, 0 or an empty text, so that a
 /// class answers only what it implements. Visits call every callback, in name order, and answer
 /// whether all of them answered true. A null Result is legal everywhere.
@@ -91,8 +94,10 @@ public:
 #undef TOLEN_DECLARE_GRAPH_KIND
 
     /// The shader as @p graph sees it: one object for each graph, counted.
+    /// What is not given back ends with the graph: the reference tells its delete listeners and is
+    /// gone, however often it was created.
     /// @return borrowed, to be given back as often as it was created; null on failure, which still
-    ///         counts as one use of the graph's entry
+    ///         counts as one use of the graph's entry, and for a graph that is ending
     virtual IReferenceShader* CreateReference(IGraph* graph);
     /// The same object without counting. @return null when there is none
     virtual IReferenceShader* GetReference(IGraph* graph);

@@ -18,20 +18,21 @@
 
 namespace Tolen::Tests {
 
-/// A manager over the embedded OpenKL and a picture of 4 by 4 pixels, onto which a camera looks
+/// A manager over the embedded OpenKL and a small square picture, onto which a camera looks
 /// straight along -z: pixel x, y shows the point (x + 0.5, y + 0.5) of the plane z = 0.
 class PictureFixture : public testing::Test {
 protected:
     static constexpr int kEdge = 4;
     using Pixel = std::array<float, 4>;
 
-    PictureFixture() {
+    /// @param pixels along each edge
+    explicit PictureFixture(int pixels = kEdge) : edge(pixels) {
         Result result;
         context = OpenKL::CreateContext(OpenKL::ContextOptions(), &result);
         EXPECT_NE(context, nullptr);
         EXPECT_TRUE(manager.Init(console.Get(), context, &result));
         manager.SetOutputAttachmentIndex("o_color", 0);
-        framebuffer = context->CreateFramebuffer(kEdge, kEdge, &result);
+        framebuffer = context->CreateFramebuffer(edge, edge, &result);
         framebuffer->Attach(0);
         Load("camera.klsl", R"(
             class Camera {
@@ -63,14 +64,18 @@ protected:
         return shader;
     }
 
-    /// A square that covers the pixels from @p x on, with an effect on it.
-    OpenKL::IPrimitive* AddSquare(Effects::IEffect* effect, float x = 0.0f,
-                                  float width = static_cast<float>(kEdge)) {
+    /// A square that covers the whole picture, with an effect on it.
+    OpenKL::IPrimitive* AddSquare(Effects::IEffect* effect) {
+        return AddSquare(effect, 0.0f, static_cast<float>(edge));
+    }
+    /// The same for the pixels from @p x on.
+    OpenKL::IPrimitive* AddSquare(Effects::IEffect* effect, float x, float width) {
+        const auto height = static_cast<float>(edge);
         OpenKL::IPrimitive* const primitive = context->CreatePrimitive();
-        OpenKL::SetMesh(*primitive, OpenKL::MakePlane(width, static_cast<float>(kEdge)));
+        OpenKL::SetMesh(*primitive, OpenKL::MakePlane(width, height));
         Matrix44f place;
         place(0, 3) = x + 0.5f * width;
-        place(1, 3) = 0.5f * kEdge;
+        place(1, 3) = 0.5f * height;
         primitive->SetTransform(place);
         effect->CreateReference(primitive);
         return primitive;
@@ -91,15 +96,16 @@ protected:
     }
 
     Pixel GetPixel(int x = 0, int y = 0) const {
-        std::vector<float> rgba(kEdge * kEdge * 4);
+        std::vector<float> rgba(static_cast<std::size_t>(edge * edge * 4));
         framebuffer->Read(0, rgba.data());
         Pixel pixel;
         for (std::size_t i = 0; i < 4; ++i) {
-            pixel[i] = rgba[static_cast<std::size_t>(y * kEdge + x) * 4 + i];
+            pixel[i] = rgba[static_cast<std::size_t>(y * edge + x) * 4 + i];
         }
         return pixel;
     }
 
+    const int edge;
     CapturedConsole console;
     Effects::MgrEffects manager;
     OpenKL::IContext* context = nullptr;

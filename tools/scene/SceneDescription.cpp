@@ -158,14 +158,15 @@ void _ReadTextures(const JsonNode& scene, SceneDescription& description) {
     constexpr int kFilters[] = {KL_LINEAR, KL_NEAREST};
     UniqueNames names;
     for (const JsonNode& node : _OptionalElements(scene, "textures")) {
-        node.AllowOnly({"name", "file", "wrap", "filter", "encoding"});
+        node.AllowOnly({"name", "file", "wrap", "filter", "encoding", "importance"});
         description.textures.push_back(
             {names.Take(node), node.Get("file").AsString(),
              node.Has("wrap") ? kWraps[node.Get("wrap").AsOneOf({"repeat", "clamp", "mirror"})]
                               : KL_REPEAT,
              node.Has("filter") ? kFilters[node.Get("filter").AsOneOf({"linear", "nearest"})]
                                 : KL_LINEAR,
-             !node.Has("encoding") || node.Get("encoding").AsOneOf({"srgb", "linear"}) == 0, node});
+             !node.Has("encoding") || node.Get("encoding").AsOneOf({"srgb", "linear"}) == 0,
+             node, node.Has("importance") && node.Get("importance").AsBool()});
     }
 }
 

@@ -34,6 +34,7 @@ struct SceneDescription {
         int filter;  ///< KL_NEAREST or KL_LINEAR
         bool isSrgb; ///< whether the file's colours are encoded for a screen
         JsonNode node;
+        bool isImportance = false; ///< whether it is the importance table of the file's light
     };
     /// Values and connections of the static inputs of a class.
     struct ClassValues {

@@ -2,6 +2,7 @@
 
 #include "scene/ElementValues.h"
 #include "scene/ImageFile.h"
+#include "scene/ImportanceTable.h"
 #include "scene/MeshFile.h"
 #include "scene/SceneError.h"
 
@@ -128,11 +129,15 @@ void SceneSession::_LoadTextures() {
                 texture.node.Get("file").Fail(error.what());
             }
         }
-        const Image& image = held == _description.images.end() ? read : held->second;
+        const Image& stored = held == _description.images.end() ? read : held->second;
+        const Image table = texture.isImportance ? MakeImportanceTable(stored) : Image();
+        const Image& image = texture.isImportance ? table : stored;
+        // Values between two entries of a table would mean nothing.
+        const int filter = texture.isImportance ? KL_NEAREST : texture.filter;
         IKLTexImage2D* const texImage = _pContext->CreateTexImage2D();
         if (texImage == nullptr ||
             !texImage->Init(image.width, image.height, IKLTexImage2D::kFormat_RGBA32F, texture.wrap,
-                            texture.filter, texture.filter, image.rgba.data(), false)) {
+                            filter, filter, image.rgba.data(), false)) {
             texture.node.Get("file").Fail("the image does not fit into texture memory");
         }
         _textures[texture.name] = texImage;

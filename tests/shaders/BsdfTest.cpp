@@ -110,8 +110,7 @@ protected:
              [](Bsdfs& t) { return t.MakeWhite("DielectricBsdf", "color", 0.4f); }},
             {"glass 0.8", kSum_Below,
              [](Bsdfs& t) { return t.MakeWhite("DielectricBsdf", "color", 0.8f); }},
-            {"sheen", kSum_Below,
-             [](Bsdfs& t) { return t.MakeWhite("SheenBsdf", "color", 0.4f); }},
+            {"sheen", kSum_Below, [](Bsdfs& t) { return t.MakeWhite("SheenBsdf", "color", 0.4f); }},
             {"sheen on paint", kSum_Below,
              [](Bsdfs& t) {
                  IShader* const bsdf = t.MakeWhite("SheenBsdf", "color", 0.6f);
@@ -137,8 +136,9 @@ protected:
             {"mixed", kSum_One,
              [](Bsdfs& t) {
                  IShader* const bsdf = t.Make("MixedBsdf");
-                 t.SetCells(bsdf, "bsdfs", {t.MakeWhite("ConductorBsdf", "color", 0.5f),
-                                            t.MakeWhite("DiffuseBsdf", "color")});
+                 t.SetCells(bsdf, "bsdfs",
+                            {t.MakeWhite("ConductorBsdf", "color", 0.5f),
+                             t.MakeWhite("DiffuseBsdf", "color")});
                  EXPECT_TRUE(bsdf->GetParameter("weights")->SetLength(2));
                  const float weights[] = {1.0f, 3.0f};
                  EXPECT_TRUE(bsdf->SetParameter(nullptr, "weights", weights, 2));
@@ -172,13 +172,6 @@ protected:
              }},
         };
         return cases;
-    }
-
-    void SetCells(IShader* shader, const std::string& input, std::vector<IShader*> cells) {
-        EXPECT_TRUE(shader->GetParameter(input)->SetLength(static_cast<int>(cells.size())));
-        for (std::size_t i = 0; i < cells.size(); ++i) {
-            EXPECT_TRUE(shader->SetParameter(nullptr, input, cells[i], static_cast<int>(i)));
-        }
     }
 
     /// Means over rows, one for each column.

@@ -4,7 +4,6 @@
 
 #include "TolenEffects/IReferenceEffect.h"
 
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <map>
@@ -68,8 +67,8 @@ TEST_F(Classes, EveryClassThatIsARoot_Compiles) {
 
 TEST_F(Classes, EveryClassThatIsANode_CompilesAsThePartOfAnEffect) {
     for (const auto& [name, method] : kHolders) {
-        Load("holder of " + name, "class Holder" + name + " { input " + name + " node; " + method +
-                                      " }");
+        Load("holder of " + name,
+             "class Holder" + name + " { input " + name + " node; " + method + " }");
     }
     int count = 0;
     for (const DeclaredClass& declared : GetDeclaredClasses()) {
@@ -91,22 +90,15 @@ TEST_F(Classes, EveryClassThatIsANode_CompilesAsThePartOfAnEffect) {
     EXPECT_GT(count, 40);
 }
 
-TEST(ShaderFiles, TheHeadOfEachFile_NamesItsClassesAndInputs) {
+const std::regex kInput("\n    (static )?input (\\w+) (\\w+(?:\\[\\])?)(?: = ([^;]*))?;");
+
+TEST(ShaderFiles, TheHeadOfEachFile_NamesItsInputs) {
     for (const DeclaredClass& declared : GetDeclaredClasses()) {
-        const std::regex input("input \\w+ (\\w+)");
-        for (const auto& entry :
-             std::filesystem::directory_iterator(SourceFolder() + "/shaders")) {
-            std::ifstream stream(entry.path());
-            const std::string text(std::istreambuf_iterator<char>(stream), {});
-            if (text.find("\nclass " + declared.name) == std::string::npos) {
-                continue;
-            }
-            const std::string head = text.substr(0, text.find("\nclass "));
-            const std::string& body = declared.body;
-            for (std::sregex_iterator at(body.begin(), body.end(), input), end; at != end; ++at) {
-                EXPECT_TRUE(std::regex_search(head, std::regex("\\b" + (*at)[1].str() + "\\b")))
-                    << declared.name << "." << (*at)[1];
-            }
+        const std::string& body = declared.body;
+        for (std::sregex_iterator at(body.begin(), body.end(), kInput), end; at != end; ++at) {
+            const std::string input = (*at)[3].str().substr(0, (*at)[3].str().find('['));
+            EXPECT_TRUE(std::regex_search(declared.head, std::regex("\\b" + input + "\\b")))
+                << declared.name << "." << input;
         }
     }
 }
@@ -114,21 +106,14 @@ TEST(ShaderFiles, TheHeadOfEachFile_NamesItsClassesAndInputs) {
 TEST(ShaderFiles, TheirPageInDocs_ListsAllInputsWithTypesAndDefaults) {
     std::ifstream stream(SourceFolder() + "/docs/shaders.md");
     const std::string page(std::istreambuf_iterator<char>(stream), {});
-    const std::regex input("input (\\w+) (\\w+(?:\\[\\])?)(?: = ([^;]*))?;");
     for (const DeclaredClass& declared : GetDeclaredClasses()) {
-        const std::size_t at = page.find("| `" + declared.name + "`");
-        ASSERT_NE(at, std::string::npos) << declared.name;
-        std::size_t from = at;
+        std::size_t from = page.find("\n| `" + declared.name + "`");
+        ASSERT_NE(from, std::string::npos) << declared.name;
         const std::string& body = declared.body;
-        for (std::sregex_iterator next(body.begin(), body.end(), input), end; next != end; ++next) {
-            const std::string row =
-                "| `" + (*next)[2].str() + "` | `" +
-                (declared.body.compare(static_cast<std::size_t>(next->position()) - 7, 7,
-                                       "static ") == 0
-                     ? "static "
-                     : "") +
-                (*next)[1].str() + "` | " +
-                ((*next)[3].matched ? "`" + (*next)[3].str() + "`" : "") + " |";
+        for (std::sregex_iterator at(body.begin(), body.end(), kInput), end; at != end; ++at) {
+            const std::string initial = (*at)[4].matched ? "`" + (*at)[4].str() + "`" : "";
+            const std::string row = "| `" + (*at)[3].str() + "` | `" + (*at)[1].str() +
+                                    (*at)[2].str() + "` | " + initial + " |";
             from = page.find(row, from);
             ASSERT_NE(from, std::string::npos) << declared.name << ": " << row;
         }

@@ -31,7 +31,7 @@ class Light
         vec3 any = sampleCone(vec3(0.0, 1.0, 0.0), 3.14159265, random2());
         float there = environment.Density(any);
         float even = 12.5663706 * (there > 0.0 ? environment.Radiance(any).x : 0.0);
-        accumulate(0, vec4(own, even, 12.5663706 * there, apart));
+        accumulate(0, vec4(own, even, 12.5663706 * there, density > 0.0 ? apart : 0.0));
     }
 })";
 

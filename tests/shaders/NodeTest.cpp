@@ -67,12 +67,6 @@ protected:
         Set(shader, "value", Vector3f(r, g, b));
         return shader;
     }
-    void SetCells(IShader* shader, const std::string& input, const std::vector<IShader*>& cells) {
-        EXPECT_TRUE(shader->GetParameter(input)->SetLength(static_cast<int>(cells.size())));
-        for (std::size_t i = 0; i < cells.size(); ++i) {
-            EXPECT_TRUE(shader->SetParameter(nullptr, input, cells[i], static_cast<int>(i)));
-        }
-    }
 
     float Ask(IShader* node) {
         IShader* const probe = Make("Probe");
@@ -99,11 +93,10 @@ TEST_F(Nodes, Noises_StayFrom0To1_AndHaveNoSteps) {
         bool isTurbulent;
         float steepest; ///< the most that a thousandth of a unit may change
     };
-    for (const Case& one : {Case{"GradientNoise", 0, false, 0.004f},
-                            Case{"FractalNoise", 0, false, 0.01f},
-                            Case{"FractalNoise", 0, true, 0.02f},
-                            Case{"CellNoise", 0, false, 0.002f}, Case{"CellNoise", 1, false, 0.002f},
-                            Case{"CellNoise", 2, false, 0.004f}}) {
+    for (const Case& one :
+         {Case{"GradientNoise", 0, false, 0.004f}, Case{"FractalNoise", 0, false, 0.01f},
+          Case{"FractalNoise", 0, true, 0.02f}, Case{"CellNoise", 0, false, 0.002f},
+          Case{"CellNoise", 1, false, 0.002f}, Case{"CellNoise", 2, false, 0.004f}}) {
         IShader* const noise = Make(one.name);
         if (one.name == std::string("CellNoise")) {
             Set(noise, "feature", one.feature);

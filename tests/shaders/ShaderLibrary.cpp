@@ -2,6 +2,7 @@
 
 #include "support/paths/SourceFolder.h"
 
+#include "TolenEffects/IParameter.h"
 #include "TolenOpenKL/Mesh.h"
 
 #include <algorithm>
@@ -39,8 +40,9 @@ std::vector<DeclaredClass> GetDeclaredClasses() {
         const std::string text = Read(file);
         for (std::sregex_iterator at(text.begin(), text.end(), head), end; at != end; ++at) {
             const auto begin = static_cast<std::size_t>(at->position() + at->length());
-            classes.push_back(
-                {(*at)[1], (*at)[2], text.substr(begin, text.find("\n}\n", begin) - begin)});
+            classes.push_back({(*at)[1], (*at)[2],
+                               text.substr(begin, text.find("\n}\n", begin) - begin),
+                               text.substr(0, text.find("\nclass "))});
         }
     }
     return classes;
@@ -109,13 +111,21 @@ void ShaderLibrary::ConnectScalar(Effects::IShader* shader, const std::string& i
     Connect(shader, input, constant);
 }
 
+void ShaderLibrary::SetCells(Effects::IShader* shader, const std::string& input,
+                             const std::vector<Effects::IShader*>& cells) {
+    EXPECT_TRUE(shader->GetParameter(input)->SetLength(static_cast<int>(cells.size())));
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        EXPECT_TRUE(shader->SetParameter(nullptr, input, cells[i], static_cast<int>(i)));
+    }
+}
+
 testing::AssertionResult ShaderLibrary::Compiles(Effects::IEffect* effect) {
     Result result;
     if (effect->Update(&result) && effect->IsCompiled()) {
         return testing::AssertionSuccess();
     }
-    return testing::AssertionFailure() << (result.IsEmpty() ? "" : result.GetLast())
-                                       << console.GetAll();
+    return testing::AssertionFailure()
+           << (result.IsEmpty() ? "" : result.GetLast()) << console.GetAll();
 }
 
 std::vector<ShaderLibrary::Pixel> ShaderLibrary::Measure(Effects::IShader* root, int width,
@@ -123,7 +133,8 @@ std::vector<ShaderLibrary::Pixel> ShaderLibrary::Measure(Effects::IShader* root,
     Effects::IEffect* const effect = manager.CreateEffectSurface();
     EXPECT_TRUE(effect->SetRoot(root));
     OpenKL::IPrimitive* const wall = context->CreatePrimitive();
-    OpenKL::SetMesh(*wall, OpenKL::MakePlane(static_cast<float>(width), static_cast<float>(height)));
+    OpenKL::SetMesh(*wall,
+                    OpenKL::MakePlane(static_cast<float>(width), static_cast<float>(height)));
     Matrix44f place;
     place(0, 3) = 0.5f * static_cast<float>(width);
     place(1, 3) = 0.5f * static_cast<float>(height);

@@ -22,14 +22,15 @@ struct DeclaredClass {
     std::string name;
     std::string interface; ///< empty when it has none
     std::string body;
+    std::string head; ///< of its file, ahead of all classes
 };
 
 /// All classes of shaders/, in the order of files and lines.
 std::vector<DeclaredClass> GetDeclaredClasses();
 
-/// All of shaders/, loaded by a manager over the embedded OpenKL. What shaders answer is measured by
-/// surface roots that accumulate it on a wall that fills the picture: each pixel holds the mean over
-/// its samples.
+/// All of shaders/, loaded by a manager over the embedded OpenKL. What shaders answer is measured
+/// by surface roots that accumulate it on a wall that fills the picture: each pixel holds the mean
+/// over its samples.
 class ShaderLibrary : public testing::Test {
 protected:
     using Pixel = std::array<float, 4>;
@@ -43,6 +44,9 @@ protected:
     /// Connects a constant of its own.
     void ConnectColor(Effects::IShader* shader, const std::string& input, const Vector3f& value);
     void ConnectScalar(Effects::IShader* shader, const std::string& input, float value);
+    /// Gives an array input as many cells as there are shaders, and connects these.
+    void SetCells(Effects::IShader* shader, const std::string& input,
+                  const std::vector<Effects::IShader*>& cells);
     template <class T>
     void Set(Effects::IShader* shader, const std::string& input, const T& value) {
         Result result;

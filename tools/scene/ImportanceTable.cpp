@@ -16,9 +16,9 @@ constexpr int kMaxHeight = 256;
 constexpr double kEven = 0.02;
 
 double _GetLuminance(const Image& image, int x, int y) {
-    const std::size_t texel =
-        (static_cast<std::size_t>(y) * static_cast<std::size_t>(image.width) +
-         static_cast<std::size_t>(x)) * 4;
+    const std::size_t texel = (static_cast<std::size_t>(y) * static_cast<std::size_t>(image.width) +
+                               static_cast<std::size_t>(x)) *
+                              4;
     constexpr double kWeights[] = {0.2126, 0.7152, 0.0722};
     double sum = 0.0;
     for (std::size_t i = 0; i < 3; ++i) {

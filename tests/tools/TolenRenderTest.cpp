@@ -206,6 +206,21 @@ TEST(TolenRender, Set_ChangesAValueAndRefusesWhatDoesNotFit) {
                 HasSubstr("there is no shader 'flt' (did you mean 'flat'?)"));
 }
 
+TEST(TolenRender, Renderer_TakesAnotherRendererEffect) {
+    EXPECT_EQ(Render({}, {"--renderer", "camera"}).status, 0);
+    for (const char* name : {"caamera", "camra"}) {
+        const Ended ended = Render({}, {"--renderer", name});
+        EXPECT_EQ(ended.status, 1);
+        EXPECT_THAT(ended.errors, HasSubstr(std::string("--renderer: there is no renderer effect '") +
+                                            name + "' (did you mean 'camera'?)"));
+    }
+}
+
+TEST(TolenRender, LibrariesThatComeAlong_AreFoundByTheirNames) {
+    const Ended ended = Render(With(&Scene::libraries, R"(["sampling.klsl", "flat.klsl"])"));
+    EXPECT_EQ(ended.status, 0) << ended.errors;
+}
+
 TEST(TolenRender, Animate_RendersPicturesWithOneCompileAndAValueUpdateForEach) {
     const Ended ended = Render({}, {"--animate", "flat.gain=0:1", "--frames", "4"});
     EXPECT_EQ(ended.status, 0) << ended.errors;

@@ -24,18 +24,49 @@ void _Append(std::vector<T>& values, std::size_t before, const std::vector<unsig
     }
 }
 
-void _AppendFlatNormals(MeshData& data, std::size_t before) {
-    for (std::size_t i = before; i + 2 < data.positions.size(); i += 3) {
-        const Vector3f& p = data.positions[i];
-        const Vector3f a(data.positions[i + 1].x - p.x, data.positions[i + 1].y - p.y,
-                         data.positions[i + 1].z - p.z);
-        const Vector3f b(data.positions[i + 2].x - p.x, data.positions[i + 2].y - p.y,
-                         data.positions[i + 2].z - p.z);
-        const Vector3f n(a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x);
+/// The normal of a triangle, as long as twice its area.
+Vector3f _AreaNormal(const MeshData& data, const std::uint32_t* corners) {
+    const Vector3f& p = data.positions[corners[0]];
+    const auto way = [&](int corner) {
+        const Vector3f& q = data.positions[corners[corner]];
+        return Vector3f(q.x - p.x, q.y - p.y, q.z - p.z);
+    };
+    const Vector3f a = way(1);
+    const Vector3f b = way(2);
+    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+}
+
+/// Unit length; upwards for what has none.
+Vector3f _Normalized(const Vector3f& v) {
+    const float length = std::hypot(v.x, v.y, v.z);
+    return std::isfinite(length) && length > 0.0f ? Vector3f(v.x / length, v.y / length, v.z / length)
+                                                  : Vector3f(0.0f, 1.0f, 0.0f);
+}
+
+/// Gives the vertices from @p firstVertex on whose normal has no direction that of their triangles.
+void _RepairNormals(MeshData& data, std::size_t firstVertex, std::size_t firstIndex) {
+    std::vector<bool> isBad(data.normals.size(), false);
+    for (std::size_t i = firstVertex; i < data.normals.size(); ++i) {
+        Vector3f& n = data.normals[i];
         const float length = std::hypot(n.x, n.y, n.z);
-        data.normals.insert(data.normals.end(), 3,
-                            length > 0.0f ? Vector3f(n.x / length, n.y / length, n.z / length)
-                                          : Vector3f(0.0f, 1.0f, 0.0f));
+        if (!std::isfinite(length) || !(length > 0.0f)) {
+            isBad[i] = true;
+            n = Vector3f();
+        }
+    }
+    for (std::size_t i = firstIndex; i + 2 < data.indices.size(); i += 3) {
+        const Vector3f area = _AreaNormal(data, &data.indices[i]);
+        for (std::size_t corner = i; corner < i + 3; ++corner) {
+            if (isBad[data.indices[corner]]) {
+                Vector3f& n = data.normals[data.indices[corner]];
+                n = {n.x + area.x, n.y + area.y, n.z + area.z};
+            }
+        }
+    }
+    for (std::size_t i = firstVertex; i < data.normals.size(); ++i) {
+        if (isBad[i]) {
+            data.normals[i] = _Normalized(data.normals[i]);
+        }
     }
 }
 
@@ -43,6 +74,7 @@ void _AppendFlatNormals(MeshData& data, std::size_t before) {
 
 void AppendMesh(MeshData& data, const aiMesh& mesh) {
     const std::size_t before = data.positions.size();
+    const std::size_t firstIndex = data.indices.size();
     // Flat triangles share no vertices, as they differ in their normals.
     const bool isFlat = !mesh.HasNormals();
     std::vector<unsigned int> vertices;
@@ -76,11 +108,9 @@ void AppendMesh(MeshData& data, const aiMesh& mesh) {
     };
     const bool hasTangents = mesh.HasTangentsAndBitangents();
     _Append(data.positions, before, vertices, true, Vector3f(), direction(mesh.mVertices));
-    if (isFlat) {
-        _AppendFlatNormals(data, before);
-    } else {
-        _Append(data.normals, before, vertices, true, Vector3f(), direction(mesh.mNormals));
-    }
+    _Append(data.normals, before, vertices, !isFlat, Vector3f(), direction(mesh.mNormals));
+    data.normals.resize(data.positions.size());
+    _RepairNormals(data, before, firstIndex);
     _Append(data.tangents, before, vertices, hasTangents, Vector3f(1.0f, 0.0f, 0.0f),
             direction(mesh.mTangents));
     _Append(data.bitangents, before, vertices, hasTangents, Vector3f(0.0f, 1.0f, 0.0f),

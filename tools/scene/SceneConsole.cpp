@@ -2,8 +2,11 @@
 
 #include "TolenCore/Result.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <sstream>
 #include <utility>
+#include <vector>
 
 namespace Tolen::Scene {
 
@@ -33,16 +36,30 @@ SceneConsole::~SceneConsole() { SetMgrConsole(_pConsoleBefore); }
 std::string SceneConsole::Take() { return _pSink->Take(); }
 
 void SceneConsole::Fail(const JsonNode& node, const std::string& message, const Result& result) {
-    std::string text = message;
+    // What went to the result mostly went to the console as well, and some of it more than once.
+    std::string diary = Take();
+    std::vector<std::string> lines;
+    const auto add = [&lines](const std::string& text) {
+        std::istringstream stream(text);
+        for (std::string line; std::getline(stream, line);) {
+            if (line.find_first_not_of(" \t\r") != std::string::npos &&
+                std::find(lines.begin(), lines.end(), line) == lines.end()) {
+                lines.push_back(line);
+            }
+        }
+    };
     for (std::size_t i = result.GetCount(); i-- > 0;) {
-        text += "\n" + result.GetMessage(i);
+        const std::string& said = result.GetMessage(i);
+        add(said);
+        const std::size_t at = said.empty() ? std::string::npos : diary.find(said);
+        if (at != std::string::npos) {
+            diary.replace(at, said.size(), "\n");
+        }
     }
-    const std::string diary = Take();
-    if (!diary.empty()) {
-        text += "\n" + diary;
-    }
-    while (!text.empty() && text.back() == '\n') {
-        text.pop_back();
+    add(diary);
+    std::string text = message;
+    for (const std::string& line : lines) {
+        text += "\n" + line;
     }
     node.Fail(text);
 }

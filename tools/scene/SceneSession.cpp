@@ -5,6 +5,7 @@
 #include "scene/ImportanceTable.h"
 #include "scene/MeshFile.h"
 #include "scene/SceneError.h"
+#include "scene/ShaderFolder.h"
 
 #include "TolenEffects/ILocalParameter.h"
 #include "TolenEffects/IMember.h"
@@ -54,6 +55,7 @@ SceneSession::SceneSession(const SceneDescription& description,
     for (const std::string& folder : searchPaths) {
         _assets.AddSearchPath(Path(folder));
     }
+    _assets.AddSearchPath(Path(GetShaderFolder()));
     Result result;
     _pContext.reset(OpenKL::CreateContext(options, &result));
     if (_pContext == nullptr) {
@@ -303,6 +305,12 @@ void SceneSession::_UpdateEffect(std::size_t index) {
         IShader* root = nullptr;
         effect.GetRoot(root);
         _pShaders->CheckConnected(*root, described.node);
+        const std::vector<std::string>& messages = result.GetMessages();
+        if (std::any_of(messages.begin(), messages.end(), [](const std::string& message) {
+                return message.find("is incomplete") != std::string::npos;
+            })) {
+            _pShaders->CheckClassesConnected(described.node);
+        }
         _console.Fail(described.node, "the effect '" + described.name + "' can't be compiled",
                       result);
     }

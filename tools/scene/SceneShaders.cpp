@@ -13,6 +13,7 @@
 
 #include "TolenCore/Result.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace Tolen::Scene {
@@ -39,6 +40,12 @@ std::vector<std::string> _GetKeys(const std::map<std::string, T>& map) {
 
 bool _TakesShader(IParameter& input) { return input.GetClass() == IParameter::kClass_Interface; }
 
+/// Whether the class of @p shader or its interface is the one that @p input takes.
+bool _Fits(IShader& shader, IParameter& input) {
+    const std::string type = input.GetType();
+    return type == shader.GetInterfaceName() || type == shader.GetClassName();
+}
+
 /// The input @p name of @p shader; a complaint about @p node when there is none.
 IParameter& _GetInput(IShader& shader, const std::string& name, const JsonNode& node) {
     if (IParameter* const input = shader.GetParameter(name)) {
@@ -48,16 +55,17 @@ IParameter& _GetInput(IShader& shader, const std::string& name, const JsonNode& 
               SuggestName(name, GetNames(GetInputs(shader))));
 }
 
-/// Where the description connects an input, or else its shader.
-JsonNode _PlaceOf(const SceneDescription::Shader& described, const Connection& connection) {
-    for (const auto& [name, value] : described.inputs) {
+/// Where the description connects an input, or else @p owner.
+JsonNode _PlaceOf(const std::vector<std::pair<std::string, JsonNode>>& inputs,
+                  const Connection& connection, const JsonNode& owner) {
+    for (const auto& [name, value] : inputs) {
         if (name == connection.input) {
-            return connection.index < 0
-                       ? value
-                       : value.GetElements().at(static_cast<std::size_t>(connection.index));
+            const auto cell = static_cast<std::size_t>(std::max(connection.index, 0));
+            const bool isThere = value.GetValue().is_array() && cell < value.GetValue().size();
+            return isThere ? value.GetElements()[cell] : value;
         }
     }
-    return described.node;
+    return owner;
 }
 
 } // namespace
@@ -173,12 +181,19 @@ void SceneShaders::_Connect(IParameter& input, const std::string& name, const Js
     const auto connect = [&](const JsonNode& node, auto... index) {
         IShader* const shader = node.GetValue().is_null() ? nullptr : Find(node.AsString(), node);
         Result result;
-        if (!set(result, shader, index...)) {
-            const std::string what = shader == nullptr ? "can't be disconnected"
-                                                       : "can't be connected to '" +
-                                                             node.AsString() + "'";
-            _console.Fail(node, "the input '" + name + "' " + what, result);
+        if (set(result, shader, index...)) {
+            return;
         }
+        if (shader == nullptr) {
+            _console.Fail(node, "the input '" + name + "' can't be disconnected", result);
+        }
+        if (!_Fits(*shader, input) && result.IsEmpty()) {
+            result.Add("Input type mismatch. Expected \"%s\" but got \"%s::%s\"",
+                       input.GetType().c_str(), shader->GetInterfaceName().c_str(),
+                       shader->GetClassName().c_str());
+        }
+        _console.Fail(node, "the input '" + name + "' can't be connected to '" +
+                                node.AsString() + "'", result);
     };
     if (!input.IsArray()) {
         connect(value);
@@ -258,17 +273,34 @@ void SceneShaders::CheckConnected(IShader& root, const JsonNode& effect) const {
                 continue;
             }
             const JsonNode node =
-                described == nullptr ? effect : _PlaceOf(*described, connection);
+                described == nullptr ? effect
+                                     : _PlaceOf(described->inputs, connection, described->node);
             node.Fail("nothing is connected to the input '" + connection.GetLabel() +
                       "' of the shader '" + shader->GetName() + "' of class '" +
                       shader->GetClassName() + "'");
         }
-        IPrototypeShader& prototype = *shader->GetPrototype();
-        for (const Connection& connection : GetConnections(GetInputs(prototype))) {
-            if (connection.pShader == nullptr) {
-                effect.Fail("nothing is connected to the static input '" + connection.GetLabel() +
-                            "' of class '" + prototype.GetClassName() + "'");
-            }
+        _CheckConnected(*shader->GetPrototype(), effect);
+    }
+}
+
+void SceneShaders::CheckClassesConnected(const JsonNode& effect) const {
+    for (const SceneDescription::ClassValues& values : _description.classes) {
+        _CheckConnected(*_manager.GetPrototypeShader(values.name, nullptr), effect);
+    }
+}
+
+void SceneShaders::_CheckConnected(IPrototypeShader& prototype, const JsonNode& effect) const {
+    const std::string className = prototype.GetClassName();
+    const auto described =
+        std::find_if(_description.classes.begin(), _description.classes.end(),
+                     [&](const auto& values) { return values.name == className; });
+    for (const Connection& connection : GetConnections(GetInputs(prototype))) {
+        if (connection.pShader == nullptr) {
+            const JsonNode node = described == _description.classes.end()
+                                      ? effect
+                                      : _PlaceOf(described->parameters, connection, described->node);
+            node.Fail("nothing is connected to the static input '" + connection.GetLabel() +
+                      "' of class '" + className + "'");
         }
     }
 }

@@ -50,7 +50,12 @@ public:
     /// @param effect says whose root that is, in case that the description has no better place
     void CheckConnected(Effects::IShader& root, const JsonNode& effect) const;
 
+    /// Likewise for static inputs of the classes that the description names, which may be called
+    /// without a shader of them.
+    void CheckClassesConnected(const JsonNode& effect) const;
+
 private:
+    void _CheckConnected(Effects::IPrototypeShader& prototype, const JsonNode& effect) const;
     void _Make(const SceneDescription::Shader& described);
     void _SetShaderInput(Effects::IShader& shader, const std::string& name, const JsonNode& value);
     void _SetClassInput(Effects::IPrototypeShader& prototype, const std::string& name,

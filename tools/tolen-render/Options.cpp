@@ -42,11 +42,11 @@ void _ReadAnimation(const std::string& text, Options& options) {
 } // namespace
 
 bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus) {
-    CLI::App app("Renders a scene of KLSL shaders to a picture.", "tolen-render");
+    CLI::App app("Renders a scene of KLSL shaders, or a model, to a picture.", "tolen-render");
     std::string size;
     std::string animation;
     std::vector<std::string> values;
-    app.add_option("scene", options.scene, "the scene, a JSON file")->required();
+    app.add_option("scene", options.scene, "the scene, a JSON file; or a model, glTF 2.0 or OBJ")->required();
     app.add_option("-o,--output", options.output,
                    "the picture: .png (screen colours) or .exr (linear, every attachment)")
         ->capture_default_str();
@@ -56,6 +56,8 @@ bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus)
     app.add_option("--size", size, "WIDTHxHEIGHT in pixels");
     app.add_option("--samples", options.samples, "samples for each pixel")
         ->check(CLI::Range(1, 1 << 24));
+    app.add_option("--renderer", options.renderer,
+                   "the renderer effect to render with, in place of the scene's");
     app.add_option("--set", values, "shader.parameter=value, as often as wanted; lists as 1,0,0");
     app.add_option("--animate", animation,
                    "shader.parameter=from:to, a value that changes from picture to picture");

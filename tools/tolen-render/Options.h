@@ -11,6 +11,7 @@ struct Options {
     std::string scene;
     std::string output = "out.png";
     std::vector<std::string> searchPaths;
+    std::string renderer; ///< an effect; empty for the scene's
     int threads = 0;     ///< 0 for one on each core
     int width = 0;       ///< 0 for the scene's
     int height = 0;

@@ -6,6 +6,7 @@
 #include "scene/ElementValues.h"
 #include "scene/ImageFile.h"
 #include "scene/SceneError.h"
+#include "scene/SceneFile.h"
 #include "scene/SceneSession.h"
 
 #include "TolenEffects/IParameter.h"
@@ -13,6 +14,7 @@
 
 #include "TolenCore/Format.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <optional>
@@ -66,7 +68,11 @@ nlohmann::json _ParseInput(SceneShaders& shaders, const std::string& path,
     Effects::IParameter* const input = shaders.FindInput(path);
     const bool takesShader =
         input != nullptr && input->GetClass() == Effects::IParameter::kClass_Interface;
-    return takesShader ? _ParseShaders(text) : _ParseValue("--set", text);
+    if (!takesShader) {
+        return _ParseValue("--set", text);
+    }
+    nlohmann::json value = _ParseShaders(text);
+    return input->IsArray() && value.is_string() ? nlohmann::json::array({value}) : value;
 }
 
 /// The changing value of an animation.
@@ -236,12 +242,30 @@ void _RenderPicture(SceneSession& session, const ScopedFramebuffer& framebuffer,
     }
 }
 
+/// Takes the effect @p name in place of the scene's renderer.
+void _ChooseRenderer(const std::string& name, SceneDescription& description) {
+    std::vector<std::string> known;
+    for (const SceneDescription::Effect& effect : description.effects) {
+        if (effect.kind == SceneDescription::kEffect_Renderer) {
+            known.push_back(effect.name);
+        }
+    }
+    if (std::find(known.begin(), known.end(), name) == known.end()) {
+        throw SceneError("--renderer", "there is no renderer effect '" + name + "'" +
+                                           SuggestName(name, known));
+    }
+    description.renderer = name;
+}
+
 } // namespace
 
 void RenderScene(const Options& options) {
     Times times;
     Clock::time_point start = Clock::now();
-    const SceneDescription description = ReadScene(options.scene);
+    SceneDescription description = LoadScene(options.scene);
+    if (!options.renderer.empty()) {
+        _ChooseRenderer(options.renderer, description);
+    }
     OpenKL::ContextOptions contextOptions;
     contextOptions.threads = options.threads;
     SceneSession session(description, contextOptions, options.searchPaths);

@@ -287,8 +287,9 @@ TEST(Connections, Graph_DrawsEdgesToTheCellsOfInputsAndDefaultsLighter) {
     for (const char* part :
          {"    s2 -> s1:i_color:w;\n", "    s3 -> s2:i_layers_0:w;\n", "    s4 -> s3:i_base:w;\n",
           "port=\"i_layers_1\" align=\"left\">layers[1]<", ">not connected<",
-          "    s5 [fontcolor=\"#a0a0a0\"", "    s6 -> s3:i_gain:w [color=\"#a0a0a0\"];\n",
-          "    s5 -> c0:i_light:w [color=\"#a0a0a0\"];\n", "class Lit<"}) {
+          "    s5 [fontcolor=\"#a0a0a0\"", "    s5 -> c0:i_light:w [color=\"#a0a0a0\"];\n", "class Lit<",
+          // A default with nothing to show is a word in the row of its input.
+          ">gain</td><td align=\"left\"><font color=\"#a0a0a0\">Half<"}) {
         EXPECT_THAT(run.output, HasSubstr(part));
     }
     EXPECT_EQ(RunProgram("klsl", {"graph", scene, "-o", GetTemporary("c.svg")}).status, 0);

@@ -83,7 +83,7 @@ TEST(KlslScene, Graph_ShowsShadersWithTheirValuesAndEffects) {
     EXPECT_THAT(run.output, StartsWith("digraph scene {\n"));
     for (const char* part :
          {"<b>camera</b>: Camera<", "<b>paint</b>: Flat<", "class Flat<",
-          ">color</td><td align=\"left\">(0.5,0.5,0.5)<", ">weights</td><td align=\"left\">[1, 2]<",
+          ">color</td><td align=\"left\">(0.5, 0.5, 0.5)<", ">weights</td><td align=\"left\">[1, 2]<",
           ">level</td><td align=\"left\">1<", ">uv</td><td align=\"left\">a_Coord<",
           "<b>eye</b>: renderer effect<", "<b>paint</b>: surface effect<", "    s0 -> e0 [",
           "    s1 -> e1 [", "    c0 -> s1 ["}) {

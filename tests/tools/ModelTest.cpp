@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -118,7 +119,7 @@ TEST(Model, Materials_BecomeConnectedPrincipledShaders) {
 TEST(Model, TheCamerasOfAModel_AreUsed) {
     const std::string graph = Graph(kModels + "glTF2/cameras/Cameras.gltf");
     EXPECT_THAT(graph, HasSubstr(">fieldOfView</td><td align=\"left\">40.1"));
-    EXPECT_THAT(graph, HasSubstr(">position</td><td align=\"left\">(0.5,0.5,3)<"));
+    EXPECT_THAT(graph, HasSubstr(">position</td><td align=\"left\">(0.5, 0.5, 3)<"));
     EXPECT_THAT(graph, Not(HasSubstr("<b>camera</b>")));
 }
 
@@ -185,6 +186,31 @@ TEST(Model, FilesWithAPartCutOff_NeverCrash) {
         const Ended run = Render(WriteTemporary("cut.glb", whole.substr(0, length)));
         EXPECT_TRUE(run.status == 0 || run.status == 1) << length << run.errors;
     }
+}
+
+TEST(Model, EveryFileOfTheCollectionRendersOrIsRefusedInOneLine) {
+    constexpr std::uintmax_t kLargest = 400 * 1024; // the larger ones differ by their size alone
+    int rendered = 0;
+    for (const char* folder : {"glTF2", "OBJ", "invalid"}) {
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(kModels + folder)) {
+            const std::string file = entry.path().string();
+            const std::string ending = entry.path().extension().string();
+            if ((ending != ".gltf" && ending != ".glb" && ending != ".obj") ||
+                entry.file_size() > kLargest) {
+                continue;
+            }
+            SCOPED_TRACE(file);
+            const Ended run = Render(file);
+            EXPECT_TRUE(run.status == 0 || run.status == 1) << run.errors;
+            if (run.status == 1) {
+                EXPECT_THAT(run.errors, StartsWith(file + ": "));
+                EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1) << run.errors;
+            } else {
+                ++rendered;
+            }
+        }
+    }
+    EXPECT_GT(rendered, 30);
 }
 
 } // namespace

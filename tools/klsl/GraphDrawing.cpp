@@ -45,18 +45,31 @@ std::string Escape(const std::string& text) {
     return escaped;
 }
 
+/// "(1,0,0)" as "(1, 0, 0)", and a bool as a scene file has it.
+std::string DescribeElement(IParameter& input, const std::string& element) {
+    if (input.GetTypeSpecifier() == kType_Bool) {
+        return element == "0" ? "false" : "true";
+    }
+    std::string spaced;
+    for (const char c : element) {
+        spaced += c;
+        spaced += c == ',' ? " " : "";
+    }
+    return spaced;
+}
+
 /// The value of an input: one, or those of the first cells of an array.
-std::string DescribeValue(const IParameter& input) {
+std::string DescribeValue(IParameter& input) {
     constexpr int kMostShown = 4;
     std::string text;
     if (!input.IsArray()) {
         input.GetAsString(text);
-        return text;
+        return DescribeElement(input, text);
     }
     std::string all;
     for (int index = 0; index < input.GetLength() && index < kMostShown; ++index) {
         input.GetAsString(text, index);
-        all += (index > 0 ? ", " : "") + text;
+        all += (index > 0 ? ", " : "") + DescribeElement(input, text);
     }
     if (input.GetLength() > kMostShown) {
         all += ", ... " + std::to_string(input.GetLength()) + " in all";
@@ -92,7 +105,9 @@ private:
         for (const SceneDescription::Shader& described : _description.shaders) {
             IShader* const shader = _session.GetShaders().GetAll().at(described.name);
             _described[shader] = &described;
-            _Add(*shader);
+        }
+        for (const SceneDescription::Shader& described : _description.shaders) {
+            _Add(*_session.GetShaders().GetAll().at(described.name));
         }
         for (const SceneDescription::Shader& described : _description.shaders) {
             for (IShader* const shader :
@@ -102,7 +117,21 @@ private:
         }
     }
 
+    /// Whether @p shader is a default that has nothing to show but its class, which then stands in the
+    /// row of the input.
+    bool _IsPlain(IShader& shader) const {
+        bool hasCoords = false;
+        auto note = [&hasCoords](const std::string&, IParameter*) { return hasCoords = true; };
+        auto visit = FastDelegate2<const std::string&, IParameter*, bool>::Borrow(note);
+        shader.VisitCoords(visit);
+        return !_described.contains(&shader) && !hasCoords && GetInputs(shader).empty() &&
+               GetInputs(*shader.GetPrototype()).empty();
+    }
+
     void _Add(IShader& shader) {
+        if (_IsPlain(shader)) {
+            return;
+        }
         if (_ids.emplace(&shader, Format("s%zu", _ids.size())).second) {
             _shaders.push_back(&shader);
             IPrototypeShader* const prototype = shader.GetPrototype();
@@ -196,6 +225,10 @@ private:
                                              : Format("i_%s_%d", cell.input.c_str(), cell.index);
                 if (cell.pShader == nullptr) {
                     _DrawRow(port, cell.GetLabel(), "not connected", "#c00000");
+                    continue;
+                }
+                if (_IsPlain(*cell.pShader)) {
+                    _DrawRow(port, cell.GetLabel(), Escape(cell.pShader->GetClassName()), "#a0a0a0");
                     continue;
                 }
                 _DrawRow(port, cell.GetLabel(), named.pInput->GetType(),

@@ -11,14 +11,19 @@ function(tolen_target target)
   endif()
 endfunction()
 
-# A test program from all sources of one folder of tests/.
+# A test program from all sources of one folder of tests/. Arguments behind LOCK name what only one
+# test of the machine can have at a time, such as a port.
 function(tolen_test_program name folder)
+  cmake_parse_arguments(PARSE_ARGV 2 test "" "LOCK" "")
   file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp)
   if(NOT sources)
     return()
   endif()
   add_executable(${name} ${sources})
   tolen_target(${name})
-  target_link_libraries(${name} PRIVATE ${ARGN} TolenTestPaths GTest::gmock_main)
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST)
+  target_link_libraries(${name} PRIVATE ${test_UNPARSED_ARGUMENTS} TolenTestPaths GTest::gmock_main)
+  if(test_LOCK)
+    set(properties PROPERTIES RESOURCE_LOCK ${test_LOCK})
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST ${properties})
 endfunction()

@@ -1,0 +1,29 @@
+#include "TolenEffects/MgrStats.h"
+
+#include <benchmark/benchmark.h>
+
+/// What it costs a program to be watched.
+
+namespace {
+
+void TriggerHitCount(benchmark::State& state) {
+    Stat* const stat =
+        MgrStats::GetMgrStats()->CreateNewStat("hits", "benchmark", Stat::kKind_HitCount);
+    for (auto _ : state) {
+        stat->Trigger();
+        benchmark::ClobberMemory();
+    }
+}
+BENCHMARK(TriggerHitCount);
+
+void TriggerTime(benchmark::State& state) {
+    Stat* const stat =
+        MgrStats::GetMgrStats()->CreateNewStat("time", "benchmark", Stat::kKind_Time);
+    for (auto _ : state) {
+        stat->Trigger(1.0e-6);
+        benchmark::ClobberMemory();
+    }
+}
+BENCHMARK(TriggerTime);
+
+} // namespace

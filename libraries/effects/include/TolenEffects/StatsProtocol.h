@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+
+/// The bytes that a program with statistics sends to who connects to it.
+///
+/// The program listens on TCP port StatsProtocol::kPort of its machine, for one client at a time.
+/// It sends one NewStatistic message for each statistic, the most recently created first, and then
+/// waits for a byte or for the end of the connection; after either it listens afresh. Identifiers
+/// count from 0 in the order of creation, so the list is complete when that of the highest
+/// identifier + 1 messages has arrived. Nothing is sent when there are no statistics.
+///
+/// Messages have no padding; integers are 32 bits wide and, as floating-point numbers are, in the
+/// order of bytes of the machine that sends.
+///
+/// | NewStatistic       | StatisticData            |
+/// |--------------------|--------------------------|
+/// | 1 byte: 1          | 1 byte: 2                |
+/// | 4 bytes: length n  | 4 bytes: identifier      |
+/// | n bytes: name      | 4 bytes: length n        |
+/// | 1 byte: kind       | n bytes: values          |
+/// | 4 bytes: identifier|                          |
+///
+/// Values are one `int` for each frame of a hit count, and one `double` for each frame of a time,
+/// in seconds. The server of MgrStats sends no StatisticData; programs send it with
+/// MgrStats::DumpStat.
+namespace StatsProtocol {
+
+constexpr int kPort = 8881;
+
+enum Message : std::uint8_t { kMessage_NewStatistic = 1, kMessage_StatisticData = 2 };
+
+enum Kind : std::uint8_t { kKind_HitCount = 1, kKind_Time = 2 };
+
+} // namespace StatsProtocol

@@ -3,8 +3,10 @@
 #include <ImfChannelList.h>
 #include <ImfFrameBuffer.h>
 #include <ImfHeader.h>
+#include <ImfInputFile.h>
 #include <ImfOutputFile.h>
 #include <ImfRgbaFile.h>
+#include <ImfStandardAttributes.h>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -134,13 +136,35 @@ Image _DecodeJpeg(const std::string& name, const std::string& bytes, bool isSrgb
     return _FromBytes(width, height, pixels, isSrgb);
 }
 
-Image _ReadExr(const std::string& file) {
-    Imf::RgbaInputFile input(file.c_str());
-    const Imath::Box2i window = input.dataWindow();
+/// A file of colours and maybe alpha, with values beyond those of halves.
+Image _ReadExrColors(Imf::InputFile& input, const Imath::Box2i& window) {
     const int width = window.max.x - window.min.x + 1;
     const int height = window.max.y - window.min.y + 1;
-    _CheckSize(file, static_cast<std::uint64_t>(std::max(width, 0)),
-               static_cast<std::uint64_t>(std::max(height, 0)));
+    const auto columns = static_cast<std::ptrdiff_t>(width);
+    Image image{width, height, std::vector<float>(static_cast<std::size_t>(width) *
+                                                  static_cast<std::size_t>(height) * 4)};
+    // A negative stride turns the rows around, so that the lowest comes first.
+    float* const corner = image.rgba.data() +
+                          4 * (columns * (height - 1 + window.min.y) - window.min.x);
+    constexpr const char* kChannels[] = {"R", "G", "B", "A"};
+    Imf::FrameBuffer frame;
+    for (std::ptrdiff_t channel = 0; channel < 4; ++channel) {
+        frame.insert(kChannels[channel],
+                     Imf::Slice(Imf::FLOAT, reinterpret_cast<char*>(corner + channel),
+                                4 * sizeof(float),
+                                static_cast<std::size_t>(-4 * columns) * sizeof(float), 1, 1,
+                                channel == 3 ? 1.0 : 0.0));
+    }
+    input.setFrameBuffer(frame);
+    input.readPixels(window.min.y, window.max.y);
+    return image;
+}
+
+/// A file of any channels, such as luminance, as the library makes colours of them.
+Image _ReadExrAsColors(const std::string& file, const Imath::Box2i& window) {
+    Imf::RgbaInputFile input(file.c_str());
+    const int width = window.max.x - window.min.x + 1;
+    const int height = window.max.y - window.min.y + 1;
     const auto columns = static_cast<std::size_t>(width);
     std::vector<Imf::Rgba> pixels(columns * static_cast<std::size_t>(height));
     input.setFrameBuffer(pixels.data() - window.min.x - static_cast<std::ptrdiff_t>(window.min.y) * width,
@@ -156,6 +180,50 @@ Image _ReadExr(const std::string& file) {
         to[3] = pixels[i].a;
     }
     return image;
+}
+
+Image _ReadExr(const std::string& file) {
+    Imf::InputFile input(file.c_str());
+    const Imath::Box2i window = input.header().dataWindow();
+    const auto length = [](int low, int high) {
+        return static_cast<std::uint64_t>(std::max(std::int64_t{high} - low + 1, std::int64_t{0}));
+    };
+    _CheckSize(file, length(window.min.x, window.max.x), length(window.min.y, window.max.y));
+    return input.header().channels().findChannel("R") != nullptr
+               ? _ReadExrColors(input, window)
+               : _ReadExrAsColors(file, window);
+}
+
+/// Writes all channels as values of type T.
+template <class T>
+void _WriteExr(const std::string& file,
+               const std::vector<std::pair<std::string, const Image*>>& images,
+               Imf::PixelType type, Imf::Header header) {
+    const auto columns = static_cast<std::size_t>(images.front().second->width);
+    const auto rows = static_cast<std::size_t>(images.front().second->height);
+    Imf::FrameBuffer frame;
+    std::vector<std::vector<T>> planes;
+    planes.reserve(images.size() * 4);
+    for (const auto& [name, image] : images) {
+        static constexpr const char* kChannels[] = {"R", "G", "B", "A"};
+        for (std::size_t channel = 0; channel < 4; ++channel) {
+            std::vector<T>& plane = planes.emplace_back(columns * rows);
+            for (std::size_t y = 0; y < rows; ++y) {
+                for (std::size_t x = 0; x < columns; ++x) {
+                    plane[y * columns + x] =
+                        T(image->rgba[((rows - 1 - y) * columns + x) * 4 + channel]);
+                }
+            }
+            const std::string full =
+                (image == images.front().second ? "" : name + ".") + kChannels[channel];
+            header.channels().insert(full, Imf::Channel(type));
+            frame.insert(full, Imf::Slice(type, reinterpret_cast<char*>(plane.data()), sizeof(T),
+                                          sizeof(T) * columns));
+        }
+    }
+    Imf::OutputFile output(file.c_str(), header);
+    output.setFrameBuffer(frame);
+    output.writePixels(static_cast<int>(rows));
 }
 
 } // namespace
@@ -202,35 +270,17 @@ void WritePng(const std::string& file, const Image& image) {
 }
 
 void WriteExr(const std::string& file,
-              const std::vector<std::pair<std::string, const Image*>>& images) {
-    const int width = images.front().second->width;
-    const int height = images.front().second->height;
-    const auto columns = static_cast<std::size_t>(width);
-    const auto rows = static_cast<std::size_t>(height);
-    Imf::Header header(width, height);
-    Imf::FrameBuffer frame;
-    std::vector<std::vector<half>> planes;
-    planes.reserve(images.size() * 4);
-    for (const auto& [name, image] : images) {
-        static constexpr const char* kChannels[] = {"R", "G", "B", "A"};
-        for (std::size_t channel = 0; channel < 4; ++channel) {
-            std::vector<half>& plane = planes.emplace_back(columns * rows);
-            for (std::size_t y = 0; y < rows; ++y) {
-                for (std::size_t x = 0; x < columns; ++x) {
-                    plane[y * columns + x] =
-                        half(image->rgba[((rows - 1 - y) * columns + x) * 4 + channel]);
-                }
-            }
-            const std::string full =
-                (image == images.front().second ? "" : name + ".") + kChannels[channel];
-            header.channels().insert(full, Imf::Channel(Imf::HALF));
-            frame.insert(full, Imf::Slice(Imf::HALF, reinterpret_cast<char*>(plane.data()),
-                                          sizeof(half), sizeof(half) * columns));
-        }
+              const std::vector<std::pair<std::string, const Image*>>& images, ExrPixels pixels,
+              const std::string& comments) {
+    Imf::Header header(images.front().second->width, images.front().second->height);
+    if (!comments.empty()) {
+        Imf::addComments(header, comments);
     }
-    Imf::OutputFile output(file.c_str(), header);
-    output.setFrameBuffer(frame);
-    output.writePixels(height);
+    if (pixels == kExrPixels_Half) {
+        _WriteExr<half>(file, images, Imf::HALF, header);
+    } else {
+        _WriteExr<float>(file, images, Imf::FLOAT, header);
+    }
 }
 
 } // namespace Tolen::Scene

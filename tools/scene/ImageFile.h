@@ -26,10 +26,15 @@ Image DecodeImage(const std::string& name, const std::string& bytes, bool isSrgb
 /// @throws std::runtime_error
 void WritePng(const std::string& file, const Image& image);
 
-/// Writes linear half floats, the first image as R, G, B, A, the others under their names.
+/// What an OpenEXR file stores: halves, which end at 65504, or floats.
+enum ExrPixels { kExrPixels_Half, kExrPixels_Float };
+
+/// Writes linear values, those of the first image as R, G, B, A, those of others under their names.
 /// @param images names and images of one size
+/// @param comments the header's attribute of that name; left out when empty
 /// @throws std::runtime_error
 void WriteExr(const std::string& file,
-              const std::vector<std::pair<std::string, const Image*>>& images);
+              const std::vector<std::pair<std::string, const Image*>>& images,
+              ExrPixels pixels = kExrPixels_Half, const std::string& comments = std::string());
 
 } // namespace Tolen::Scene

@@ -1,6 +1,7 @@
 #include "scene/SceneSession.h"
 
 #include "scene/ElementValues.h"
+#include "scene/IesImage.h"
 #include "scene/ImageFile.h"
 #include "scene/ImportanceTable.h"
 #include "scene/MeshFile.h"
@@ -27,6 +28,12 @@ namespace {
 const char* _NameOf(SceneDescription::EffectKind kind) {
     static constexpr const char* kKinds[] = {"surface", "renderer", "prefix"};
     return kKinds[kind];
+}
+
+/// An image file, or the image of the light that an IES file tells of.
+Image _ReadTexture(const std::string& file, bool isSrgb) {
+    return file.ends_with(".ies") || file.ends_with(".IES") ? MakeIesImage(ReadIes(file))
+                                                            : ReadImage(file, isSrgb);
 }
 
 void _SetMesh(OpenKL::IPrimitive& primitive, const MeshData& mesh) {
@@ -126,7 +133,7 @@ void SceneSession::_LoadTextures() {
         Image read;
         if (held == _description.images.end()) {
             try {
-                read = ReadImage(_FindFile(texture.file), texture.isSrgb);
+                read = _ReadTexture(_FindFile(texture.file), texture.isSrgb);
             } catch (const std::exception& error) {
                 texture.node.Get("file").Fail(error.what());
             }

@@ -7,9 +7,10 @@
 
 #include <atomic>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <set>
+#include <limits>
 #include <string>
 #include <thread>
 #include <vector>
@@ -28,9 +29,10 @@ std::string NewStatistic(const std::string& name, char kind, int id) {
 
 template <class T>
 std::string Data(int id, const std::vector<T>& values) {
-    std::string bytes(values.size() * sizeof(T), '\0');
-    std::memcpy(bytes.data(), values.data(), bytes.size());
-    return '\2' + Integer(id) + Integer(static_cast<std::int32_t>(bytes.size())) + bytes;
+    const auto size = static_cast<std::int32_t>(values.size() * sizeof(T));
+    const std::string bytes(reinterpret_cast<const char*>(values.data()),
+                            static_cast<std::size_t>(size));
+    return '\2' + Integer(id) + Integer(size) + bytes;
 }
 
 class MgrStatsTest : public testing::Test {
@@ -84,6 +86,22 @@ TEST_F(MgrStatsTest, Trigger_CountsInTheCurrentSlotOnly) {
     EXPECT_EQ(time->GetHitCount(1), 0);
     EXPECT_EQ(time->GetTime(1), 0.0);
     EXPECT_EQ(hits->GetHitCount(0), 3);
+}
+
+TEST_F(MgrStatsTest, TriggerTimes_CountsManyAtOnce) {
+    Stat* const hits = Make("hits");
+    hits->TriggerTimes(40);
+    hits->TriggerTimes(0);
+    hits->Trigger();
+    EXPECT_EQ(hits->GetHitCount(0), 41);
+    EXPECT_EQ(hits->GetTime(0), 0.0);
+}
+
+TEST_F(MgrStatsTest, ACountThatPassesTheLargest_GoesOnFromTheSmallest) {
+    Stat* const hits = Make("hits");
+    hits->TriggerTimes(std::numeric_limits<int>::max());
+    hits->Trigger();
+    EXPECT_EQ(hits->GetHitCount(0), std::numeric_limits<int>::min());
 }
 
 TEST_F(MgrStatsTest, AdvanceSlot_ComesRoundAfter64FramesAndClearsNothing) {
@@ -234,7 +252,7 @@ TEST_F(MgrStatsTest, NobodyToWriteTo_IsNoReasonToFail) {
     EXPECT_EQ(wrapper.text, "{ \"name\" : \"hits\", \"value\":[1]}");
 }
 
-TEST_F(MgrStatsTest, ManyThreadsThatMakeStatistics_LoseNone) {
+TEST_F(MgrStatsTest, ManyThreadsThatMakeStatistics_LoseNoneAndKeepThemInOrder) {
     constexpr int kThreads = 4;
     constexpr int kEach = 500;
     std::atomic<bool> isDone{false};
@@ -255,19 +273,20 @@ TEST_F(MgrStatsTest, ManyThreadsThatMakeStatistics_LoseNone) {
     for (std::thread& thread : threads) {
         thread.join();
     }
+    stats.SendNewStats(&wrapper, nullptr);
     isDone = true;
     reader.join();
-    std::set<int> ids;
+    int id = kThreads * kEach;
     for (const Stat* stat = stats.GetHead(); stat != nullptr; stat = stat->GetNext()) {
-        ids.insert(stat->GetId());
+        ASSERT_EQ(stat->GetId(), --id);
     }
-    EXPECT_EQ(ids.size(), static_cast<std::size_t>(kThreads * kEach));
-    EXPECT_EQ(*ids.rbegin(), kThreads * kEach - 1);
+    EXPECT_EQ(id, 0);
 }
 
 TEST(StatsFile, WithoutTheVariable_IsNotOpened) {
     StatsUnderTest stats;
     EXPECT_FALSE(stats.HasThread());
+    EXPECT_EQ(MgrStats::GetDumpFile(), nullptr);
 }
 
 TEST(StatsFile, NamedByItsVariable_IsMadeEmpty) {
@@ -279,8 +298,19 @@ TEST(StatsFile, NamedByItsVariable_IsMadeEmpty) {
         EXPECT_TRUE(std::filesystem::exists(file));
         stats.Shutdown();
         stats.Shutdown();
+        EXPECT_EQ(MgrStats::GetDumpFile(), nullptr);
     }
     EXPECT_EQ(std::filesystem::file_size(file), 0u);
+    std::filesystem::remove(file);
+}
+
+TEST(StatsFile, TakesWhatTheProgramWrites) {
+    const std::string file = testing::TempDir() + "/stats_written_test.dump";
+    StatsUnderTest stats(nullptr, file.c_str());
+    ASSERT_NE(MgrStats::GetDumpFile(), nullptr);
+    std::fputs("[]", MgrStats::GetDumpFile());
+    stats.Shutdown();
+    EXPECT_EQ(std::filesystem::file_size(file), 2u);
     std::filesystem::remove(file);
 }
 

@@ -249,6 +249,16 @@ TEST(TcpConnection, ToAMachineThatIsNone_StaysClosed) {
     EXPECT_EQ(connection.GetSocket(), -1);
 }
 
+TEST(TcpConnection, OnAPortThatIsNone_NeitherListensNorConnects) {
+    for (const int port : {0, -1, 65536, 65536 + kPort}) {
+        IPCWrapperTCPIP connection("localhost", port, port);
+        connection.Listen();
+        EXPECT_EQ(connection.GetPortFound(), -1) << port;
+        connection.Connect();
+        EXPECT_EQ(connection.GetSocket(), -1) << port;
+    }
+}
+
 TEST(TcpConnection, ThatWasStopped_NeitherListensNorConnects) {
     IPCWrapperTCPIP connection("localhost", kPort, kPort);
     connection.Stop();

@@ -34,6 +34,11 @@ const char* TakeLogPrefix() {
     return kPrefixes[count.fetch_add(1) % 2];
 }
 
+/// Port 0 would stand for any, which nobody could find.
+bool IsPort(int port) {
+    return port > 0 && port <= 65535;
+}
+
 bool IsPending(int error) {
     return error == EAGAIN || error == EWOULDBLOCK || error == EINPROGRESS;
 }
@@ -178,7 +183,7 @@ void IPCWrapperTCPIP::Listen() {
 
 /// @return a socket that holds the port which is noted; kNoSocket when there is none or it is ended
 int IPCWrapperTCPIP::_OpenListener() {
-    for (int port = _portFirst;; ++port) {
+    for (int port = _portFirst; IsPort(port); ++port) {
         const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, IPPROTO_TCP);
         if (listener == kNoSocket) {
             return kNoSocket;
@@ -203,6 +208,7 @@ int IPCWrapperTCPIP::_OpenListener() {
             return kNoSocket;
         }
     }
+    return kNoSocket;
 }
 
 bool IPCWrapperTCPIP::_AcceptClient(int listener) {
@@ -230,7 +236,7 @@ void IPCWrapperTCPIP::Connect() {
     Close();
     in_addr machine{};
     const int socket =
-        Resolve(_name.c_str(), machine)
+        IsPort(_portFirst) && Resolve(_name.c_str(), machine)
             ? ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, IPPROTO_TCP)
             : kNoSocket;
     {

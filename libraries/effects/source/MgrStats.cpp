@@ -96,13 +96,16 @@ MgrStats::~MgrStats() {
 }
 
 Stat* MgrStats::CreateNewStat(const char* name, const std::string&, int kind) {
-    Stat* const stat = new Stat(name, kind, _nextId.fetch_add(1), &_slot);
-    // The reader on the other thread sees it complete, as the store to the head comes last.
-    stat->_pNext = _pHead.load(std::memory_order_relaxed);
-    while (!_pHead.compare_exchange_weak(stat->_pNext, stat, std::memory_order_release,
-                                         std::memory_order_relaxed)) {
-    }
+    const std::lock_guard lock(_creationMutex);
+    Stat* const stat = new Stat(name, kind, _nextId++, &_slot);
+    stat->_pNext = GetHead();
+    // Readers on other threads see it complete, as the store to the head comes last.
+    _pHead.store(stat, std::memory_order_release);
     return stat;
+}
+
+std::FILE* MgrStats::GetDumpFile() {
+    return pDumpFile;
 }
 
 void MgrStats::AdvanceSlot() {
@@ -156,15 +159,17 @@ void MgrStats::SendNewStats(IPCWrapper* wrapper, Stat* stop) {
         return;
     }
     bool isSent = true;
-    for (_pSendCursor = GetHead(); isSent && _pSendCursor != nullptr && _pSendCursor != stop;
-         _pSendCursor = _pSendCursor->_pNext) {
+    Stat* stat = GetHead();
+    for (; isSent && stat != nullptr && stat != stop; stat = stat->_pNext) {
+        _pSendCursor = stat;
         Message message(StatsProtocol::kMessage_NewStatistic);
-        message.AddInteger(_pSendCursor->_name.size());
-        message.Add(_pSendCursor->_name.data(), _pSendCursor->_name.size());
-        message.AddByte(static_cast<std::uint8_t>(_pSendCursor->_kind + 1));
-        message.AddInteger(static_cast<std::size_t>(_pSendCursor->_id));
+        message.AddInteger(stat->_name.size());
+        message.Add(stat->_name.data(), stat->_name.size());
+        message.AddByte(static_cast<std::uint8_t>(stat->_kind + 1));
+        message.AddInteger(static_cast<std::size_t>(stat->_id));
         isSent = message.Send(wrapper);
     }
+    _pSendCursor = stat;
 }
 
 void MgrStats::Dump() {}

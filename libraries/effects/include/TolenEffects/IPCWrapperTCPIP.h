@@ -12,7 +12,8 @@
 class TOLEN_EXPORT IPCWrapperTCPIP : public IPCWrapper {
 public:
     /// @param name the machine that Connect() goes to
-    /// @param firstPort where Listen() and Connect() try first
+    /// @param firstPort where Listen() and Connect() try first, 1 to 65535; no other port is ever
+    ///                  found
     /// @param lastPort where Listen() tries last
     IPCWrapperTCPIP(const std::string& name, int firstPort, int lastPort);
     ~IPCWrapperTCPIP() override;
@@ -24,8 +25,8 @@ public:
     /// Waits for one client, and listens no more while that is served. GetPortFound() tells whether
     /// one came.
     void Listen() override;
-    /// Never waits; call Poll() until IsConnected() or until GetSocket() is -1, which means that
-    /// nobody listens there.
+    /// Waits for nothing but the address of the machine. Call Poll() until IsConnected() or until
+    /// GetSocket() is -1, which means that nobody listens there.
     void Connect() override;
     int BytesAvailable() override;
     /// Looks whether Connect() has got through, and closes if it can't.

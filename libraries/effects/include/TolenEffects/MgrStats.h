@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <cstdio>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -17,9 +18,10 @@ class IPCWrapperTCPIP;
 /// The statistics of a program, by frames, and where they can be had from outside.
 ///
 /// Two environment variables are looked at when the object is made. With "MGR_STATS_DUMP_TCPIP" set
-/// to anything, a thread offers the list of statistics on TCP port 8881, as StatsProtocol.h tells.
-/// Otherwise "MGR_STATS_DUMP_FILE" names a file that is opened for what the program wants to write
-/// to it. Without either there is no thread and no file.
+/// to anything, a thread offers the list of statistics on TCP port 8881, as StatsProtocol.h tells,
+/// to whoever reaches this machine. Otherwise "MGR_STATS_DUMP_FILE" names a file that is made empty
+/// and opened; what to write to it is the program's choice. Without either there is no thread and
+/// no file.
 ///
 /// Statistics may be made on any thread; everything else is for one thread, the program's own.
 class TOLEN_EXPORT MgrStats {
@@ -31,7 +33,8 @@ public:
     MgrStats& operator=(const MgrStats&) = delete;
 
     /// Makes a statistic, which lives as long as this object.
-    /// @param name shown to who reads the statistics; several may share one
+    /// @param name shown to who reads the statistics; several may share one. The text behind it is
+    ///             not looked at.
     /// @param kind a Stat::Kind
     Stat* CreateNewStat(const char* name, const std::string&, int kind);
 
@@ -41,6 +44,8 @@ public:
     int GetSlot() const { return _slot; }
     /// The most recently made statistic, null for none; Stat::GetNext() leads to the others.
     Stat* GetHead() const { return _pHead.load(std::memory_order_acquire); }
+    /// The file of "MGR_STATS_DUMP_FILE", null for none and after Shutdown(). Borrowed.
+    static std::FILE* GetDumpFile();
 
     /// Sends the values of @p stat as one message, from the first frame that was not dumped up to
     /// @p end, which is not included and lies in the same round of the ring.
@@ -70,15 +75,16 @@ private:
     IPCWrapperTCPIP* _CreateWrapper();
 
     std::atomic<Stat*> _pHead{nullptr};
-    Stat* _pSendCursor = nullptr;
-    std::atomic<int> _nextId{0};
+    std::atomic<Stat*> _pSendCursor{nullptr}; ///< of the latest sending, on whatever thread
+    int _nextId = 0;
     std::thread _thread;
     std::unique_ptr<IPCWrapper> _pWrapper; ///< while a client is awaited or served
     int _stop = 0;
     int _dumpCursor = 0; ///< the first slot that is not yet dumped
     int _slot = 0;
 
-    std::mutex _mutex; ///< guards the wrapper, the stop and the end of the loop
+    std::mutex _creationMutex; ///< keeps the list in the order of identifiers
+    std::mutex _mutex;         ///< guards the wrapper, the stop and the end of the loop
     std::condition_variable _wake;
     bool _isServing = false; ///< the thread is in its loop
 };

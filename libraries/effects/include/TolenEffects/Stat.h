@@ -23,13 +23,18 @@ public:
     Stat(const Stat&) = delete;
     Stat& operator=(const Stat&) = delete;
 
-    /// Something has happened in the current frame.
-    void Trigger() { ++_hitCounts[static_cast<std::size_t>(*_pFrameIndex)]; }
+    /// Something has happened in the current frame. A count that passes the largest `int` goes on
+    /// from the smallest.
+    void Trigger() { TriggerTimes(1); }
     /// Something has taken @p seconds of the current frame.
     void Trigger(double seconds) {
-        const auto slot = static_cast<std::size_t>(*_pFrameIndex);
-        _times[slot] += seconds;
-        ++_hitCounts[slot];
+        _times[static_cast<std::size_t>(*_pFrameIndex)] += seconds;
+        Trigger();
+    }
+    /// Something has happened @p count times in the current frame, for who counts by himself.
+    void TriggerTimes(int count) {
+        int& hits = _hitCounts[static_cast<std::size_t>(*_pFrameIndex)];
+        hits = static_cast<int>(static_cast<unsigned int>(hits) + static_cast<unsigned int>(count));
     }
     /// Sets both numbers of the current frame to 0.
     void Clear();

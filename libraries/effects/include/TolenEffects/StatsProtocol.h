@@ -7,8 +7,8 @@
 /// The program listens on TCP port StatsProtocol::kPort of its machine, for one client at a time.
 /// It sends one NewStatistic message for each statistic, the most recently created first, and then
 /// waits for a byte or for the end of the connection; after either it listens afresh. Identifiers
-/// count from 0 in the order of creation, so the list is complete when that of the highest
-/// identifier + 1 messages has arrived. Nothing is sent when there are no statistics.
+/// count from 0 in the order of creation, so the first message has the highest, and the list is
+/// complete with identifier 0. Nothing is sent when there are no statistics.
 ///
 /// Messages have no padding; integers are 32 bits wide and, as floating-point numbers are, in the
 /// order of bytes of the machine that sends.

@@ -42,9 +42,7 @@ bool Library::Init(IMgrEffects* mgrEffects, const std::string& name, const std::
         result->Add("%s", error->c_str());
     }
     Shutdown();
-    if (IMgrConsole* console = GetMgrConsole()) {
-        console->Print("Library::Init Parse\n");
-    }
+    ConsolePrint("Library::Init Parse\n");
     return false;
 }
 
@@ -115,9 +113,7 @@ PrototypeShader* Library::_CreatePrototypeShader(ClassDefinition* definition, Re
             "Limit of %d classes that refer to each other in a chain exceeded by class \"%s\" "
             "in file '%s' line %d",
             kLimitPrototypeDepth, name.c_str(), _name.c_str(), definition->GetRange().firstLine);
-        if (IMgrConsole* console = GetMgrConsole()) {
-            console->Error("%s\n", message.c_str());
-        }
+        ConsoleError("%s\n", message.c_str());
         if (result != nullptr) {
             result->Add("%s", message.c_str());
         }

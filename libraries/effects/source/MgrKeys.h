@@ -68,9 +68,7 @@ public:
         const Lock lock(_mutex);
         const auto found = _keys.find(key);
         if (found == _keys.end()) {
-            if (IMgrConsole* console = GetMgrConsole()) {
-                console->Print("MgrKeys::Destroy Key Not Found\n");
-            }
+            ConsolePrint("MgrKeys::Destroy Key Not Found\n");
             return false;
         }
         // Copies: the caller's key may be part of what a listener destroys.

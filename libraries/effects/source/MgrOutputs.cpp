@@ -30,9 +30,7 @@ bool MgrOutputs::AcquireOutput(TypeSpecifier type, const std::string& name) {
     const auto [found, isNew] = _outputs.try_emplace(name, Output{type, 0});
     Output& output = found->second;
     if (output.type != type) {
-        if (IMgrConsole* console = GetMgrConsole()) {
-            console->Print("Graph::AcquireOutput Type Collision\n");
-        }
+        ConsolePrint("Graph::AcquireOutput Type Collision\n");
         return false;
     }
     ++output.count;

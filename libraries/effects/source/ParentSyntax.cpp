@@ -7,9 +7,7 @@ namespace Tolen::Effects {
 template <class T>
 bool TParentSyntaxStored<T>::SetReplacement(T* node) {
     if (HasReplacement()) {
-        if (IMgrConsole* console = GetMgrConsole()) {
-            console->Print("TParentSyntaxDelegate::SetReplacement Not Replaced\n");
-        }
+        ConsolePrint("TParentSyntaxDelegate::SetReplacement Not Replaced\n");
         return false;
     }
     _pReplacement = node;

@@ -5,6 +5,7 @@
 #include "IPrototypeMember.h"
 #include "IPrototypeParameter.h"
 #include "Library.h"
+#include "OwnedTables.h"
 #include "ParameterInterface.h"
 #include "PrototypeInterface.h"
 #include "ReferencePrototypeInterface.h"
@@ -30,26 +31,6 @@
 
 namespace Tolen::Effects {
 
-namespace {
-
-template <class Map>
-auto _Find(const Map& map, const std::string& name) -> decltype(map.begin()->second.get()) {
-    const auto found = map.find(name);
-    return found == map.end() ? nullptr : found->second.get();
-}
-
-/// Calls @p visit for every entry of a table of owned objects.
-template <class Map, class Visit>
-bool _VisitAll(const Map& map, Visit& visit) {
-    bool all = true;
-    for (const auto& [name, entry] : map) {
-        all = visit(name, entry.get()) && all;
-    }
-    return all;
-}
-
-} // namespace
-
 PrototypeShader::PrototypeShader() : StructureNode(true) {}
 
 PrototypeShader::~PrototypeShader() {
@@ -71,10 +52,9 @@ void PrototypeShader::Shutdown() {
     _staticUsers.clear();
 
     if (_shaders.GetCount() != 0) {
-        IMgrConsole* console = GetMgrConsole();
-        if (TOLEN_CHECK(_pClass, "Source/PrototypeShader") && console != nullptr) {
-            console->Print("%s shut down with %i remaining shader(s)\n", GetClassName().c_str(),
-                           static_cast<int>(_shaders.GetCount()));
+        if (TOLEN_CHECK(_pClass, "Source/PrototypeShader")) {
+            ConsolePrint("%s shut down with %i remaining shader(s)\n", GetClassName().c_str(),
+                         static_cast<int>(_shaders.GetCount()));
         }
         _shaders.DestroyAll();
     }
@@ -137,21 +117,21 @@ IMgrEffects* PrototypeShader::GetMgrEffects() const {
 }
 
 IPrototypeParameter* PrototypeShader::GetPrototypeParameter(const std::string& name) const {
-    return _Find(_prototypeParameters, name);
+    return FindOwned(_prototypeParameters, name);
 }
 
 IPrototypeMember* PrototypeShader::GetPrototypeMember(const std::string& name) const {
-    return _Find(_prototypeMembers, name);
+    return FindOwned(_prototypeMembers, name);
 }
 
 bool PrototypeShader::VisitPrototypeParameters(
     FastDelegate2<const std::string&, IPrototypeParameter*, bool>& visit) {
-    return _VisitAll(_prototypeParameters, visit);
+    return VisitOwned(_prototypeParameters, visit);
 }
 
 bool PrototypeShader::VisitPrototypeMembers(
     FastDelegate2<const std::string&, IPrototypeMember*, bool>& visit) {
-    return _VisitAll(_prototypeMembers, visit);
+    return VisitOwned(_prototypeMembers, visit);
 }
 
 bool PrototypeShader::VisitPrototypeShadersStatic(FastDelegate1<IPrototypeShader*, bool>& visit) {
@@ -163,19 +143,19 @@ bool PrototypeShader::VisitPrototypeShadersStatic(FastDelegate1<IPrototypeShader
 }
 
 bool PrototypeShader::VisitParameters(FastDelegate2<const std::string&, IParameter*, bool>& visit) {
-    return _VisitAll(_parameters, visit);
+    return VisitOwned(_parameters, visit);
 }
 
 IParameter* PrototypeShader::GetParameter(const std::string& name) {
-    return _Find(_parameters, name);
+    return FindOwned(_parameters, name);
 }
 
 bool PrototypeShader::VisitMembers(FastDelegate2<const std::string&, IMember*, bool>& visit) {
-    return _VisitAll(_members, visit);
+    return VisitOwned(_members, visit);
 }
 
 IMember* PrototypeShader::GetMember(const std::string& name) {
-    return _Find(_members, name);
+    return FindOwned(_members, name);
 }
 
 bool PrototypeShader::VisitCoords(
@@ -347,9 +327,7 @@ bool PrototypeShader::ReleaseReference(ReferencePrototypeShader* reference) {
     const auto found =
         reference == nullptr ? _references.end() : _references.find(reference->GetGraph());
     if (found == _references.end() || found->second.pReference.get() != reference) {
-        if (IMgrConsole* console = GetMgrConsole()) {
-            console->Print("PrototypeShader::ReleaseReference Reference Not Found\n");
-        }
+        ConsolePrint("PrototypeShader::ReleaseReference Reference Not Found\n");
         return false;
     }
     if (--found->second.count > 0) {
@@ -436,11 +414,10 @@ bool PrototypeShader::_SetParameter(const std::string& name, Miss miss, Call cal
     if (IParameter* parameter = GetParameter(name)) {
         return call(parameter);
     }
-    IMgrConsole* console = GetMgrConsole();
-    if (miss == Miss::kValue && console != nullptr) {
-        console->Print("PrototypeShader::_SetParameter Parameter Not Found (%s)\n", name.c_str());
-    } else if (miss == Miss::kElement && console != nullptr) {
-        console->Print("PrototypeShader::_SetParameter Index Parameter Not Found\n");
+    if (miss == Miss::kValue) {
+        ConsolePrint("PrototypeShader::_SetParameter Parameter Not Found (%s)\n", name.c_str());
+    } else if (miss == Miss::kElement) {
+        ConsolePrint("PrototypeShader::_SetParameter Index Parameter Not Found\n");
     }
     return false;
 }

@@ -5,6 +5,7 @@
 #include "GeneratedCode.h"
 #include "Library.h"
 #include "LocationText.h"
+#include "OwnedTables.h"
 
 #include "TolenEffects/IMember.h"
 #include "TolenEffects/IMgrEffects.h"
@@ -112,15 +113,9 @@ bool PrototypeShader::_InitStatic(const ClassDefinition* definition, Result* res
 
 bool PrototypeShader::_InitConstructorStatic(Module* module) {
     std::unique_ptr<CompoundStatement> body(module->CreateCompoundStatement());
-    for (const auto& [name, member] : _members) {
-        if (!member->CollectConstructor(body.get())) {
-            return false;
-        }
-    }
-    for (const auto& [name, parameter] : _parameters) {
-        if (!parameter->CollectConstructor(body.get())) {
-            return false;
-        }
+    if (!CollectConstructors(_members, body.get()) ||
+        !CollectConstructors(_parameters, body.get())) {
+        return false;
     }
     DefineFunctionVoid(module, GetConstructorStatic(), body.release());
     NameFreeFunctionCalls(module->GetFunctionDefinitions().back());
@@ -134,9 +129,7 @@ bool PrototypeShader::_InitStaticMethods(const ClassDefinition* definition, Modu
         }
         FunctionDefinition* copy = method->Clone(module);
         if (copy == nullptr) {
-            if (IMgrConsole* console = GetMgrConsole()) {
-                console->Print("PrototypeShader::_InitStaticMethods Clone\n");
-            }
+            ConsolePrint("PrototypeShader::_InitStaticMethods Clone\n");
             return false;
         }
         String* name = copy->GetFunctionPrototype()->GetName();

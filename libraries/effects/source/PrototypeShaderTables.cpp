@@ -37,12 +37,6 @@ namespace {
 
 constexpr const char* kSource = "Source/PrototypeShader";
 
-void _Print(IMgrConsole* console, const char* line) {
-    if (console != nullptr) {
-        console->Print("%s", line);
-    }
-}
-
 void _Report(Result* result, const char* format, const std::string& className) {
     if (result != nullptr) {
         result->Add(format, className.c_str());
@@ -237,11 +231,11 @@ bool PrototypeShader::_InitParameterInterface(const VariableDeclaration* variabl
     }
     const ResolvedType type = _ResolveType(variable, result);
     if (type.pInterface == nullptr && type.pClass == nullptr) {
-        _Print(GetMgrConsole(), "PrototypeShader::_InitParameters Prototype Not Found\n");
+        ConsolePrint("PrototypeShader::_InitParameters Prototype Not Found\n");
         return false;
     }
     if (type.pInterface != nullptr && type.pInterface->GetDefinition() == nullptr) {
-        _Print(GetMgrConsole(), "PrototypeShader::_InitParameters Interface Definition\n");
+        ConsolePrint("PrototypeShader::_InitParameters Interface Definition\n");
         return false;
     }
     if (!variable->GetType()->IsArray()) {
@@ -291,7 +285,7 @@ bool PrototypeShader::_InitMembers(const ClassDefinition* definition) {
 bool PrototypeShader::_InitMember(const ClassDefinition* definition,
                                   const VariableDeclaration* variable) {
     if (!_IsBuiltIn(variable)) {
-        _Print(GetMgrConsole(), "PrototypeShader::_InitMembers Interface types not supported\n");
+        ConsolePrint("PrototypeShader::_InitMembers Interface types not supported\n");
         return false;
     }
     const std::string prefix = _MangleNameStatic(definition, variable->GetIdentifier());
@@ -350,12 +344,9 @@ bool PrototypeShader::_InitPrototypeParameterInterface(const VariableDeclaration
                                                        const ResolvedType& type) {
     const bool isArray = variable->GetType()->IsArray();
     if (type.pInterface->GetDefinition() == nullptr) {
-        _Print(GetMgrConsole(),
-               isArray
-                   ? "PrototypeShader::_InitPrototypeParameterInterfaceArray Interface Definition "
-                     "NULL\n"
-                   : "PrototypeShader::_InitPrototypeParameterInterfaceSingle Interface Definition "
-                     "NULL\n");
+        ConsolePrint("PrototypeShader::_InitPrototypeParameterInterface%s Interface Definition "
+                     "NULL\n",
+                     isArray ? "Array" : "Single");
         return false;
     }
     const std::string& name = variable->GetIdentifier()->GetString();
@@ -402,8 +393,8 @@ bool PrototypeShader::_InitPrototypeMembers(const ClassDefinition* definition) {
 
 bool PrototypeShader::_InitPrototypeMember(const VariableDeclaration* variable) {
     if (!_IsBuiltIn(variable)) {
-        _Print(GetMgrConsole(), "PrototypeShader::_InitPrototypeMemberVariables Unsupported "
-                                "Interface Member Variable\n");
+        ConsolePrint("PrototypeShader::_InitPrototypeMemberVariables Unsupported "
+                     "Interface Member Variable\n");
         return false;
     }
     std::unique_ptr<IPrototypeMember>& slot =

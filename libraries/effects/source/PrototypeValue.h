@@ -68,9 +68,7 @@ public:
         const auto found =
             reference == nullptr ? _references.end() : _references.find(reference->GetGraph());
         if (found == _references.end() || found->second.get() != reference) {
-            if (IMgrConsole* console = GetMgrConsole()) {
-                console->Print("%s::DestroyReference Reference Not Found\n", Derived::kClassName);
-            }
+            ConsolePrint("%s::DestroyReference Reference Not Found\n", Derived::kClassName);
             return false;
         }
         const std::unique_ptr<Ref> dying = std::move(found->second);

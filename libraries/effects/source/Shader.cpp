@@ -5,6 +5,7 @@
 #include "IPrototypeMember.h"
 #include "IPrototypeParameter.h"
 #include "MangleMethodPrefixKey.h"
+#include "OwnedTables.h"
 #include "ParameterCoord.h"
 #include "ParameterInterface.h"
 #include "PrototypeShader.h"
@@ -25,25 +26,6 @@
 #include <utility>
 
 namespace Tolen::Effects {
-
-namespace {
-
-template <class Map>
-auto _Find(const Map& map, const std::string& name) -> decltype(map.begin()->second.get()) {
-    const auto found = map.find(name);
-    return found == map.end() ? nullptr : found->second.get();
-}
-
-template <class Map, class Visit>
-bool _VisitAll(const Map& map, Visit& visit) {
-    bool all = true;
-    for (const auto& [name, entry] : map) {
-        all = visit(name, entry.get()) && all;
-    }
-    return all;
-}
-
-} // namespace
 
 bool Shader::ByCreation::operator()(const ParameterInterface* a,
                                     const ParameterInterface* b) const {
@@ -353,9 +335,7 @@ bool Shader::ReleaseReference(IReferenceShader* reference) {
         }
     }
     if (found == _references.end()) {
-        if (IMgrConsole* console = GetMgrConsole()) {
-            console->Print("Shader::ReleaseReference Reference Not Found\n");
-        }
+        ConsolePrint("Shader::ReleaseReference Reference Not Found\n");
         return false;
     }
     if (--found->second.count > 0) {
@@ -386,27 +366,27 @@ bool Shader::_OnEndGraph(Graph* graph) {
 }
 
 IParameter* Shader::GetParameter(const std::string& name) {
-    return _Find(_parameters, name);
+    return FindOwned(_parameters, name);
 }
 
 bool Shader::VisitParameters(FastDelegate2<const std::string&, IParameter*, bool>& visit) {
-    return _VisitAll(_parameters, visit);
+    return VisitOwned(_parameters, visit);
 }
 
 IMember* Shader::GetMember(const std::string& name) {
-    return _Find(_members, name);
+    return FindOwned(_members, name);
 }
 
 bool Shader::VisitMembers(FastDelegate2<const std::string&, IMember*, bool>& visit) {
-    return _VisitAll(_members, visit);
+    return VisitOwned(_members, visit);
 }
 
 IParameter* Shader::GetCoord(const std::string& name) {
-    return _Find(_coords, name);
+    return FindOwned(_coords, name);
 }
 
 bool Shader::VisitCoords(FastDelegate2<const std::string&, IParameter*, bool>& visit) {
-    return _VisitAll(_coords, visit);
+    return VisitOwned(_coords, visit);
 }
 
 bool Shader::SetName(const std::string& name) {

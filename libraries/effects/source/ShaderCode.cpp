@@ -2,6 +2,7 @@
 
 #include "CodeTransformer.h"
 #include "GeneratedCode.h"
+#include "OwnedTables.h"
 #include "PrototypeShader.h"
 
 #include "TolenEffects/IMember.h"
@@ -30,9 +31,7 @@ bool Shader::CollectShader(Module* into) {
 
 bool Shader::CollectDeclarationMethod(Module* into, const std::string& method) {
     if (!HasMethod(method)) {
-        if (IMgrConsole* console = GetMgrConsole()) {
-            console->Print("Shader::CollectDeclarationMethod Method Not Found\n");
-        }
+        ConsolePrint("Shader::CollectDeclarationMethod Method Not Found\n");
         return false;
     }
     for (const FunctionDefinition* definition :
@@ -116,15 +115,9 @@ bool Shader::_BuildConstructor(Module* module) {
         return true;
     }
     std::unique_ptr<CompoundStatement> body(module->CreateCompoundStatement());
-    for (const auto& [name, member] : _members) {
-        if (!member->CollectConstructor(body.get())) {
-            return false;
-        }
-    }
-    for (const auto& [name, parameter] : _parameters) {
-        if (!parameter->CollectConstructor(body.get())) {
-            return false;
-        }
+    if (!CollectConstructors(_members, body.get()) ||
+        !CollectConstructors(_parameters, body.get())) {
+        return false;
     }
     DefineFunctionVoid(module, GetConstructorName(), body.release());
     _pPrototype->NameFreeFunctionCalls(module->GetFunctionDefinitions().back());

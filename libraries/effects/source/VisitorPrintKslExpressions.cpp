@@ -297,9 +297,7 @@ void VisitorPrintKsl::_TellUser(const std::string& message,
     if (_pModule != nullptr) {
         (_pModule->*log)(message);
     }
-    if (IMgrConsole* console = GetMgrConsole()) {
-        console->Print("%s\n", message.c_str());
-    }
+    ConsolePrint("%s\n", message.c_str());
 }
 
 } // namespace Tolen::Effects

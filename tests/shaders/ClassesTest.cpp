@@ -40,7 +40,12 @@ const std::map<std::string, std::string> kHolders = {
                      " * node.Density(w)); }"},
     {"IIntegrator", "void Shade() { vec3 w = kl_HitNormal; float d = 0.0;"
                     " vec3 found = node.FindLight(w, d); node.Gather(w, found, d, found, d);"
+                    " for (int k = 0; k < node.LampCount(); ++k)"
+                    " node.GatherLamp(w, node.FindLamp(k, w, w));"
                     " node.Continue(w, found, d); }"},
+    {"ILighting", "void Shade() { vec3 w = kl_HitNormal; for (int k = 0; k < node.Count(); ++k)"
+                  " accumulate(0, node.Find(k, kl_HitPosition, w, w) *"
+                  " node.Visibility(kl_HitPosition, w)); }"},
     {"ICamera", "void Render() { vec3 o = vec3(0.0); vec3 w = o; node.Look(vec2(0.0), vec2(0.0),"
                 " o, w); spawnRay(o, w); }"},
 };
@@ -92,30 +97,47 @@ TEST_F(Classes, EveryClassThatIsANode_CompilesAsThePartOfAnEffect) {
 
 const std::regex kInput("\n    (static )?input (\\w+) (\\w+(?:\\[\\])?)(?: = ([^;]*))?;");
 
+struct Folder {
+    const char* name;
+    const char* page;
+};
+
+const Folder kFolders[] = {{"shaders", "docs/shaders.md"}, {"shaders/lights", "docs/lights.md"}};
+
 TEST(ShaderFiles, TheHeadOfEachFile_NamesItsInputs) {
-    for (const DeclaredClass& declared : GetDeclaredClasses()) {
-        const std::string& body = declared.body;
-        for (std::sregex_iterator at(body.begin(), body.end(), kInput), end; at != end; ++at) {
-            const std::string input = (*at)[3].str().substr(0, (*at)[3].str().find('['));
-            EXPECT_TRUE(std::regex_search(declared.head, std::regex("\\b" + input + "\\b")))
-                << declared.name << "." << input;
+    for (const Folder& folder : kFolders) {
+        for (const DeclaredClass& declared : GetDeclaredClasses(folder.name)) {
+            const std::string& body = declared.body;
+            for (std::sregex_iterator at(body.begin(), body.end(), kInput), end; at != end; ++at) {
+                const std::string input = (*at)[3].str().substr(0, (*at)[3].str().find('['));
+                EXPECT_TRUE(std::regex_search(declared.head, std::regex("\\b" + input + "\\b")))
+                    << declared.name << "." << input;
+            }
         }
     }
 }
 
 TEST(ShaderFiles, TheirPageInDocs_ListsAllInputsWithTypesAndDefaults) {
-    std::ifstream stream(SourceFolder() + "/docs/shaders.md");
-    const std::string page(std::istreambuf_iterator<char>(stream), {});
-    for (const DeclaredClass& declared : GetDeclaredClasses()) {
-        std::size_t from = page.find("\n| `" + declared.name + "`");
-        ASSERT_NE(from, std::string::npos) << declared.name;
-        const std::string& body = declared.body;
-        for (std::sregex_iterator at(body.begin(), body.end(), kInput), end; at != end; ++at) {
-            const std::string initial = (*at)[4].matched ? "`" + (*at)[4].str() + "`" : "";
-            const std::string row = "| `" + (*at)[3].str() + "` | `" + (*at)[1].str() +
-                                    (*at)[2].str() + "` | " + initial + " |";
-            from = page.find(row, from);
-            ASSERT_NE(from, std::string::npos) << declared.name << ": " << row;
+    for (const Folder& folder : kFolders) {
+        std::ifstream stream(SourceFolder() + "/" + folder.page);
+        const std::string page(std::istreambuf_iterator<char>(stream), {});
+        for (const DeclaredClass& declared : GetDeclaredClasses(folder.name)) {
+            std::size_t from = page.find("\n| `" + declared.name + "`");
+            ASSERT_NE(from, std::string::npos) << declared.name;
+            const std::string& body = declared.body;
+            for (std::sregex_iterator at(body.begin(), body.end(), kInput), end; at != end; ++at) {
+                // Companions are all alike, and told of once.
+                if ((*at)[3].str().ends_with("Ref[]")) {
+                    EXPECT_EQ((*at)[2].str(), "ivec2");
+                    EXPECT_EQ((*at)[4].str(), "ivec2(-1)");
+                    continue;
+                }
+                const std::string initial = (*at)[4].matched ? "`" + (*at)[4].str() + "`" : "";
+                const std::string row = "| `" + (*at)[3].str() + "` | `" + (*at)[1].str() +
+                                        (*at)[2].str() + "` | " + initial + " |";
+                from = page.find(row, from);
+                ASSERT_NE(from, std::string::npos) << declared.name << ": " << row;
+            }
         }
     }
 }

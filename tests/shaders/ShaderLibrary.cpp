@@ -15,9 +15,9 @@ namespace Tolen::Tests {
 
 namespace {
 
-std::vector<std::filesystem::path> GetFiles() {
+std::vector<std::filesystem::path> GetFiles(const std::string& folder) {
     std::vector<std::filesystem::path> files;
-    for (const auto& entry : std::filesystem::directory_iterator(SourceFolder() + "/shaders")) {
+    for (const auto& entry : std::filesystem::directory_iterator(SourceFolder() + "/" + folder)) {
         if (entry.path().extension() == ".klsl") {
             files.push_back(entry.path());
         }
@@ -33,10 +33,10 @@ std::string Read(const std::filesystem::path& file) {
 
 } // namespace
 
-std::vector<DeclaredClass> GetDeclaredClasses() {
+std::vector<DeclaredClass> GetDeclaredClasses(const std::string& folder) {
     std::vector<DeclaredClass> classes;
     const std::regex head("\nclass (\\w+)(?: : (\\w+))?\n\\{");
-    for (const std::filesystem::path& file : GetFiles()) {
+    for (const std::filesystem::path& file : GetFiles(folder)) {
         const std::string text = Read(file);
         for (std::sregex_iterator at(text.begin(), text.end(), head), end; at != end; ++at) {
             const auto begin = static_cast<std::size_t>(at->position() + at->length());
@@ -56,9 +56,7 @@ ShaderLibrary::ShaderLibrary() {
     manager.SetOutputAttachmentIndex("o_color", 0);
     manager.AddRayAttribute(Effects::kType_Vec3, "throughput");
     manager.AddRayAttribute(Effects::kType_Float, "direct");
-    for (const std::filesystem::path& file : GetFiles()) {
-        Load(file.string(), Read(file));
-    }
+    LoadFolder("shaders");
     Load("viewer", R"(
         class Viewer
         {
@@ -82,6 +80,12 @@ ShaderLibrary::~ShaderLibrary() {
 void ShaderLibrary::Load(const std::string& name, const std::string& source) {
     Result result;
     ASSERT_TRUE(manager.AddLibrary(name, source, &result)) << result.GetLast();
+}
+
+void ShaderLibrary::LoadFolder(const std::string& folder) {
+    for (const std::filesystem::path& file : GetFiles(folder)) {
+        Load(file.string(), Read(file));
+    }
 }
 
 Effects::IShader* ShaderLibrary::Make(const std::string& className) {

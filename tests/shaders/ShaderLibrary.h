@@ -17,7 +17,7 @@
 
 namespace Tolen::Tests {
 
-/// A class of the files in shaders/, as its text declares it.
+/// A class of one of our files, as its text declares it.
 struct DeclaredClass {
     std::string name;
     std::string interface; ///< empty when it has none
@@ -25,8 +25,8 @@ struct DeclaredClass {
     std::string head; ///< of its file, ahead of all classes
 };
 
-/// All classes of shaders/, in the order of files and lines.
-std::vector<DeclaredClass> GetDeclaredClasses();
+/// All classes of a folder, in the order of files and lines.
+std::vector<DeclaredClass> GetDeclaredClasses(const std::string& folder = "shaders");
 
 /// All of shaders/, loaded by a manager over the embedded OpenKL. What shaders answer is measured
 /// by surface roots that accumulate it on a wall that fills the picture: each pixel holds the mean
@@ -39,6 +39,7 @@ protected:
     ~ShaderLibrary() override;
 
     void Load(const std::string& name, const std::string& source);
+    void LoadFolder(const std::string& folder);
     Effects::IShader* Make(const std::string& className);
     void Connect(Effects::IShader* shader, const std::string& input, Effects::IShader* other);
     /// Connects a constant of its own.

@@ -39,7 +39,9 @@ Ended RunKlsl(std::vector<std::string> arguments) {
     return ended;
 }
 
-Ended Check(const std::string& file) { return RunKlsl({"check", file}); }
+Ended Check(const std::string& file) {
+    return RunKlsl({"check", file});
+}
 
 Ended Print(const std::string& file, const std::string& name, const std::string& effect) {
     return RunKlsl({"print", file, "--class", name, "--effect", effect});
@@ -57,7 +59,8 @@ TEST(Klsl, Check_OfGoodLibraries_SaysNothing) {
 
 TEST(Klsl, Check_OfAShaderLibraryOfOurs_SaysNothing) {
     std::vector<std::string> arguments = {"check"};
-    for (const auto& entry : std::filesystem::directory_iterator(SourceFolder() + "/shaders")) {
+    for (const auto& entry :
+         std::filesystem::recursive_directory_iterator(SourceFolder() + "/shaders")) {
         if (entry.path().extension() == ".klsl") {
             arguments.push_back(entry.path());
         }
@@ -109,10 +112,10 @@ TEST(Klsl, Check_PointsOnlyAtATokenThatStandsOnceInTheLine) {
 
 TEST(Klsl, Check_LoadsEveryClass) {
     WriteTemporary("a.klsl", "interface I { float f(); }\n"
-                    "class A : I { }\n"
-                    "class B : None { }\n"
-                    "class C { void f() { A.g(); } }\n"
-                    "class D { }\n");
+                             "class A : I { }\n"
+                             "class B : None { }\n"
+                             "class C { void f() { A.g(); } }\n"
+                             "class D { }\n");
     const Ended run = Check("a.klsl");
     EXPECT_THAT(run.errors,
                 StartsWith("a.klsl:2: error: Class \"A\" is missing implementation of method "

@@ -159,7 +159,7 @@ OpenKL::IPrimitive* LightLibrary::PutInTheWay(const OpenKL::Mesh& mesh,
     return thing;
 }
 
-std::vector<LightLibrary::Pixel>
+std::vector<ShaderLibrary::Pixel>
 LightLibrary::MeasureIrradiance(IShader* lighting, const std::vector<Spot>& spots, int samples) {
     IShader* const meter = Make("Meter");
     Connect(meter, "lighting", lighting);
@@ -186,18 +186,22 @@ double LightLibrary::MeasureAt(const Cell& instance, const Spot& spot, int sampl
     return static_cast<double>(MeasureIrradiance(MakeLighting({instance}), {spot}, samples)[0][0]);
 }
 
+LightLibrary::Cell LightLibrary::MakeTexture(const Scene::Image& image, int filter) {
+    IKLTexImage2D* const texels = context->CreateTexImage2D();
+    EXPECT_TRUE(texels->Init(image.width, image.height, IKLTexImage2D::kFormat_RGBA32F, KL_REPEAT,
+                             filter, filter, image.rgba.data(), false));
+    IShader* const texture = Make("TextureImage");
+    Set(texture, "image", texels->GetTexture());
+    return {texture, 0};
+}
+
 LightLibrary::Cell LightLibrary::MakeTexture(int width, int height, const std::vector<float>& grays,
                                              int filter) {
-    std::vector<float> texels;
+    Scene::Image image{width, height, {}};
     for (const float gray : grays) {
-        texels.insert(texels.end(), {gray, gray, gray, 1.0f});
+        image.rgba.insert(image.rgba.end(), {gray, gray, gray, 1.0f});
     }
-    IKLTexImage2D* const image = context->CreateTexImage2D();
-    EXPECT_TRUE(image->Init(width, height, IKLTexImage2D::kFormat_RGBA32F, KL_REPEAT, filter,
-                            filter, texels.data(), false));
-    IShader* const texture = Make("TextureImage");
-    Set(texture, "image", image->GetTexture());
-    return {texture, 0};
+    return MakeTexture(image, filter);
 }
 
 } // namespace Tolen::Tests

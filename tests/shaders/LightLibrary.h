@@ -2,6 +2,8 @@
 
 #include "shaders/ShaderLibrary.h"
 
+#include "scene/ImageFile.h"
+
 #include "TolenOpenKL/Mesh.h"
 
 #include "TolenCore/Matrix.h"
@@ -13,6 +15,12 @@
 
 namespace Tolen::Tests {
 
+/// A place that is lit.
+struct Spot {
+    Vector3f point;
+    Vector3f normal;
+};
+
 /// shaders/lights, with a meter for light. There is one shader for each class of lights, as a
 /// light manager has it; here its cells are counted and connected by hand.
 class LightLibrary : public ShaderLibrary {
@@ -21,12 +29,6 @@ protected:
     struct Cell {
         Effects::IShader* shader = nullptr;
         int index = 0;
-    };
-
-    /// A place that is lit.
-    struct Spot {
-        Vector3f point;
-        Vector3f normal;
     };
 
     LightLibrary();
@@ -60,7 +62,8 @@ protected:
     /// Red at one place, by a light in the middle.
     double MeasureAt(const Cell& instance, const Spot& spot, int samples = 256);
 
-    /// A texture of one row after the other, from the lowest.
+    /// A texture of an image, or of grays, one row after the other from the lowest.
+    Cell MakeTexture(const Scene::Image& image, int filter);
     Cell MakeTexture(int width, int height, const std::vector<float>& grays, int filter);
 
 private:

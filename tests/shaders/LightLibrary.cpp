@@ -21,6 +21,7 @@ class Meter
     input ILighting lighting = NoLighting();
     input vec3 points[];
     input vec3 normals[];
+    input bool isThin = false;
 
     void Shade()
     {
@@ -29,7 +30,8 @@ class Meter
         {
             vec3 way = vec3(0.0);
             vec3 light = lighting.Find(k, points[at], normals[at], way);
-            light *= max(0.0, dot(normals[at], way));
+            float cosine = dot(normals[at], way);
+            light *= isThin ? abs(cosine) : max(0.0, cosine);
             accumulate(0, light * lighting.Visibility(points[at], way));
         }
     }
@@ -159,9 +161,11 @@ OpenKL::IPrimitive* LightLibrary::PutInTheWay(const OpenKL::Mesh& mesh,
     return thing;
 }
 
-std::vector<ShaderLibrary::Pixel>
-LightLibrary::MeasureIrradiance(IShader* lighting, const std::vector<Spot>& spots, int samples) {
+std::vector<ShaderLibrary::Pixel> LightLibrary::MeasureIrradiance(IShader* lighting,
+                                                                  const std::vector<Spot>& spots,
+                                                                  int samples, bool isThin) {
     IShader* const meter = Make("Meter");
+    Set(meter, "isThin", isThin);
     Connect(meter, "lighting", lighting);
     for (const char* input : {"points", "normals"}) {
         EXPECT_TRUE(meter->GetParameter(input)->SetLength(static_cast<int>(spots.size())));

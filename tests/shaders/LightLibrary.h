@@ -57,8 +57,9 @@ protected:
     OpenKL::IPrimitive* PutInTheWay(const OpenKL::Mesh& mesh, const Matrix44f& transform);
 
     /// The irradiance of some places, W/m^2, each the mean of 16 times as many samples.
+    /// @param isThin counts the light from behind as well
     std::vector<Pixel> MeasureIrradiance(Effects::IShader* lighting, const std::vector<Spot>& spots,
-                                         int samples);
+                                         int samples, bool isThin = false);
     /// Red at one place, by a light in the middle.
     double MeasureAt(const Cell& instance, const Spot& spot, int samples = 256);
 

@@ -288,6 +288,21 @@ TEST_F(Lights, AnEvenDome_GivesPiTimesItsRadiance) {
     ExpectIrradiance(Place(light), 0.01, [](const Spot&) { return 2.0 * kPi; });
 }
 
+TEST_F(Lights, Domes_ReachBothSidesOfASurface) {
+    IShader* const image = MakeTexture(1, 1, {2.0f}, KL_NEAREST).shader;
+    for (const char* name : {"LightDome_ConstantArray", "LightDomeArray"}) {
+        const Cell light = Add(name);
+        if (light.shader->GetParameter("texture") != nullptr) {
+            ConnectCell(light, "texture", {image, 0});
+        } else {
+            SetCell(light, "radiance", Vector3f(2.0f, 2.0f, 2.0f));
+        }
+        const Pixel pixel =
+            MeasureIrradiance(MakeLighting({Place(light)}), {kSpots[2]}, 256, true)[0];
+        EXPECT_NEAR(pixel[0], 4.0 * kPi, 0.01 * 4.0 * kPi) << name;
+    }
+}
+
 /// A dim gradient with a lamp of a few texels, and what it shows in a direction.
 struct Hall {
     static constexpr int kWidth = 32;

@@ -21,15 +21,24 @@ public:
         std::shared_ptr<const bool> _alive;
     };
 
-    LifeToken() : _alive(std::make_shared<bool>(true)) {}
-    ~LifeToken() { *_alive = false; }
+    LifeToken() = default;
+    ~LifeToken() {
+        if (_alive != nullptr) {
+            *_alive = false;
+        }
+    }
     LifeToken(const LifeToken&) = delete;
     LifeToken& operator=(const LifeToken&) = delete;
 
-    Watch GetWatch() const { return Watch(_alive); }
+    Watch GetWatch() const {
+        if (_alive == nullptr) {
+            _alive = std::make_shared<bool>(true);
+        }
+        return Watch(_alive);
+    }
 
 private:
-    std::shared_ptr<bool> _alive;
+    mutable std::shared_ptr<bool> _alive; ///< null until somebody watches
 };
 
 } // namespace Tolen

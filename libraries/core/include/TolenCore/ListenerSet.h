@@ -14,17 +14,22 @@ namespace Tolen {
 /// that is added while the set fires is called from the next time on. When the owner dies, firing
 /// stops after the call in progress; the caller must then touch no member of the owner.
 ///
+/// A set that nobody was ever added to holds no memory, as most sets are.
+///
 /// @tparam Delegate a FastDelegate that answers bool
 template <class Delegate>
 class ListenerSet {
 public:
-    ListenerSet() : _entries(std::make_shared<Entries>()) {}
+    ListenerSet() = default;
     ~ListenerSet() { Clear(); }
     ListenerSet(const ListenerSet&) = delete;
     ListenerSet& operator=(const ListenerSet&) = delete;
 
     /// Enters @p delegate; one that is there already keeps its single place. Always true.
     bool Add(const Delegate& delegate) {
+        if (_entries == nullptr) {
+            _entries = std::make_shared<Entries>();
+        }
         if (_entries->map.emplace(delegate, _entries->stamp + 1).second) {
             ++_entries->stamp;
         }
@@ -33,19 +38,21 @@ public:
 
     /// Takes @p delegate out if it is there. Always true.
     bool Remove(const Delegate& delegate) {
-        if (_entries->map.erase(delegate) != 0) {
+        if (_entries != nullptr && _entries->map.erase(delegate) != 0) {
             ++_entries->removals;
         }
         return true;
     }
 
     void Clear() {
-        _entries->map.clear();
-        ++_entries->removals;
+        if (_entries != nullptr) {
+            _entries->map.clear();
+            ++_entries->removals;
+        }
     }
 
-    bool IsEmpty() const { return _entries->map.empty(); }
-    std::size_t GetCount() const { return _entries->map.size(); }
+    bool IsEmpty() const { return _entries == nullptr || _entries->map.empty(); }
+    std::size_t GetCount() const { return _entries == nullptr ? 0 : _entries->map.size(); }
 
     /// Calls the listeners in set order up to the first that answers false.
     /// @return false if one answered false; true otherwise, also for an empty set
@@ -70,7 +77,7 @@ private:
 
     template <bool stopAtFalse, class... Args>
     bool _Walk(Args&... args) const {
-        if (_entries->map.empty()) {
+        if (IsEmpty()) {
             return true;
         }
         const std::shared_ptr<Entries> entries = _entries;
@@ -98,7 +105,7 @@ private:
         return all;
     }
 
-    std::shared_ptr<Entries> _entries;
+    std::shared_ptr<Entries> _entries; ///< null until the first delegate is added
 };
 
 } // namespace Tolen

@@ -302,26 +302,19 @@ IReferenceEffect* Effect<PolicyVertex, PolicyCompiler>::CreateReference(IKLPrimi
     if (!reference->Init(primitive, this, getReferenceShader)) {
         reference.reset();
     }
-    _referenceEffects.push_back(std::move(reference));
-    return _referenceEffects.back().get();
+    IReferenceEffect* const made = reference.get();
+    _referenceEffects.Add(std::move(reference));
+    return made;
 }
 
 template <class PolicyVertex, class PolicyCompiler>
 void Effect<PolicyVertex, PolicyCompiler>::DestroyReference(IReferenceEffect* reference) {
-    const auto found =
-        std::find_if(_referenceEffects.begin(), _referenceEffects.end(),
-                     [reference](const auto& owned) { return owned.get() == reference; });
-    if (reference == nullptr || found == _referenceEffects.end()) {
-        return;
-    }
-    const std::unique_ptr<IReferenceEffect> destroyed = std::move(*found);
-    _referenceEffects.erase(found);
+    const std::unique_ptr<IReferenceEffect> destroyed = _referenceEffects.Take(reference);
 }
 
 template <class PolicyVertex, class PolicyCompiler>
 void Effect<PolicyVertex, PolicyCompiler>::_ShutdownReferenceEffects() {
-    const std::vector<std::unique_ptr<IReferenceEffect>> destroyed = std::move(_referenceEffects);
-    _referenceEffects.clear();
+    const std::vector<std::unique_ptr<IReferenceEffect>> destroyed = _referenceEffects.TakeAll();
 }
 
 template <class PolicyVertex, class PolicyCompiler>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "PointerTable.h"
 #include "PolicyCompilerFrame.h"
 #include "PolicyCompilerPrefixRay.h"
 #include "PolicyCompilerRay.h"
@@ -12,7 +13,6 @@
 
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace Tolen {
 class IKLShader;
@@ -101,7 +101,7 @@ private:
 
     IMgrEffects* _pMgrEffects = nullptr; ///< borrowed; null after shutdown
     std::string _name = "Constructor";   ///< tells the state until a client names the effect
-    std::vector<std::unique_ptr<IReferenceEffect>> _referenceEffects;
+    PointerTable<std::unique_ptr<IReferenceEffect>> _referenceEffects;
     PolicyVertex _policyVertex;
     bool _isCompiled = false; ///< the program is linked and current
     std::unique_ptr<Graph> _pGraph;

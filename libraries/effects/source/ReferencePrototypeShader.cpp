@@ -70,7 +70,7 @@ void ReferencePrototypeShader::Shutdown() {
         _pGraph->RemoveReferencePrototypeShader(_pPrototypeShader);
         _isEntered = false;
     }
-    _referenceShaders.clear();
+    _referenceShaders.TakeAll();
     _ShutdownReferenceParameters();
     _ShutdownReferenceMembers();
     _ShutdownReferencePrototypeParameters();
@@ -88,19 +88,17 @@ bool ReferencePrototypeShader::Apply(IKLPrimitive* primitive, IKLProgram* progra
 }
 
 bool ReferencePrototypeShader::AddReferenceShader(IReferenceShader* reference) {
-    _referenceShaders.push_back(reference);
+    _referenceShaders.Add(reference);
     const bool acquired = _pPrototypeShader->AcquireReference(_pGraph) != nullptr;
-    return acquired && (_referenceShaders.size() > 1 || _InitReferencePrototypeShadersStatic());
+    return acquired && (_referenceShaders.GetCount() > 1 || _InitReferencePrototypeShadersStatic());
 }
 
 bool ReferencePrototypeShader::RemoveReferenceShader(IReferenceShader* reference) {
-    const auto found = std::find(_referenceShaders.begin(), _referenceShaders.end(), reference);
-    if (found == _referenceShaders.end()) {
+    if (_referenceShaders.Take(reference) == nullptr) {
         ConsolePrint("ReferencePrototypeShader::RemoveReferenceShader Reference Not Found\n");
         return false;
     }
-    _referenceShaders.erase(found);
-    if (_referenceShaders.empty()) {
+    if (_referenceShaders.IsEmpty()) {
         _ShutdownReferencePrototypeShadersStatic();
     }
     return _pPrototypeShader->ReleaseReference(this);
@@ -109,14 +107,16 @@ bool ReferencePrototypeShader::RemoveReferenceShader(IReferenceShader* reference
 bool ReferencePrototypeShader::VisitReferenceShaders(
     FastDelegate1<IReferenceShader*, bool>& visit) {
     bool all = true;
-    for (IReferenceShader* reference : std::vector<IReferenceShader*>(_referenceShaders)) {
-        all = visit(reference) && all;
+    const std::vector<IReferenceShader*> references(_referenceShaders.begin(),
+                                                    _referenceShaders.end());
+    for (IReferenceShader* reference : references) {
+        all = (reference == nullptr || visit(reference)) && all;
     }
     return all;
 }
 
 int ReferencePrototypeShader::GetCountReferenceShader() const {
-    return static_cast<int>(_referenceShaders.size());
+    return static_cast<int>(_referenceShaders.GetCount());
 }
 
 bool ReferencePrototypeShader::HasConstructorStatic() const { return true; }
@@ -327,7 +327,7 @@ bool ReferencePrototypeShader::_ApplyReferenceMembers(IKLPrimitive* primitive, I
 
 bool ReferencePrototypeShader::_ApplyReferenceShaders(IKLPrimitive* primitive, IKLProgram* program) {
     for (IReferenceShader* reference : _referenceShaders) {
-        if (!reference->Apply(primitive, program)) {
+        if (reference != nullptr && !reference->Apply(primitive, program)) {
             return false;
         }
     }
@@ -340,7 +340,7 @@ bool ReferencePrototypeShader::_CollectShader(Module* module) {
 
 bool ReferencePrototypeShader::_CollectShaderReferenceShaders(Module* module) {
     for (IReferenceShader* reference : _referenceShaders) {
-        if (!reference->CollectShader(module)) {
+        if (reference != nullptr && !reference->CollectShader(module)) {
             return false;
         }
     }
@@ -349,7 +349,7 @@ bool ReferencePrototypeShader::_CollectShaderReferenceShaders(Module* module) {
 
 bool ReferencePrototypeShader::_OnChangeStructurePrototypeMember(PrototypeShader*) {
     const bool synchronized =
-        _referenceShaders.empty() || _InitReferencePrototypeShadersStatic();
+        _referenceShaders.IsEmpty() || _InitReferencePrototypeShadersStatic();
     return _listenersChangeStructure.Fire() && synchronized;
 }
 

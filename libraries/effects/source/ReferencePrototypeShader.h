@@ -1,5 +1,6 @@
 #pragma once
 
+#include "PointerTable.h"
 #include "TolenEffects/SyntaxTypes.h"
 
 #include "TolenCore/CreationOrder.h"
@@ -115,7 +116,7 @@ private:
     std::map<std::string, IReferenceMember*> _referenceMembers;
     std::map<std::string, IReferencePrototypeParameter*> _referencePrototypeParameters;
     std::map<std::string, IReferencePrototypeMember*> _referencePrototypeMembers;
-    std::vector<IReferenceShader*> _referenceShaders; ///< borrowed
+    PointerTable<IReferenceShader*> _referenceShaders; ///< borrowed
     ListenerSet<FastDelegate0<bool>> _listenersChangeStructure;
     /// Classes that static code of this one leads to, in the order in which they were found.
     std::vector<std::pair<IPrototypeShader*, ReferencePrototypeShader*>>

@@ -185,6 +185,7 @@ bool ParameterInterface::_CanConnect(IShader* shader) const {
 IShader* ParameterInterface::_Store(int index, IShader* shader, bool isDefault) {
     const auto cell = static_cast<std::size_t>(index);
     IShader* const made = _defaults[cell] ? _pValue->Get(index) : nullptr;
+    _cellsChanged.push_back(index);
     _Disconnect(index);
     _pValue->Set(shader, index);
     _defaults[cell] = isDefault;
@@ -272,7 +273,11 @@ bool ParameterInterface::_ChangeStructure() {
     if (!alive) {
         return good;
     }
-    return _listenersChangeConnection.FireAll(this) && good;
+    const bool heard = _listenersChangeConnection.FireAll(this);
+    if (alive) {
+        _cellsChanged.clear();
+    }
+    return heard && good;
 }
 
 bool ParameterInterface::RelayChangeStructure() {
@@ -287,6 +292,7 @@ void ParameterInterface::OnDeleteShader(Shader* base, const std::set<int>& cells
                               "Source/ParameterInterfaceSingle")) {
             continue;
         }
+        _cellsChanged.push_back(index);
         _bases[cell] = nullptr;
         _pValue->Set(nullptr, index);
         _defaults[cell] = false;

@@ -68,6 +68,9 @@ public:
     /// The shader whose code stands behind the cell @p index: the one that was set or, for a view
     /// of another shader, that one. @return borrowed; null for an empty cell or no such index
     Shader* GetShaderBase(int index) const;
+    /// The cells that may have changed since the listeners of connections were last called; the same
+    /// one may come several times, and one that is no longer there.
+    const std::vector<int>& GetCellsChanged() const { return _cellsChanged; }
     /// The shader of the first cell that is not complete, null when that is empty or there is none.
     Shader* GetShaderIncomplete() const;
     /// The shader or class that has this input.
@@ -130,6 +133,7 @@ private:
     StructureNode* _pOwner = nullptr; ///< borrowed
     std::vector<Shader*> _bases;      ///< for each cell, borrowed
     int _countIncomplete = 0;         ///< cells that are empty or hold an incomplete shader
+    std::vector<int> _cellsChanged;
     ListenerSet<FastDelegate1<IParameter*, bool>> _listenersChangeConnection;
 };
 

@@ -6,6 +6,9 @@
 #include "ReferenceShader.h"
 #include "Shader.h"
 
+#include <algorithm>
+#include <numeric>
+
 namespace Tolen::Effects {
 
 ReferenceParameterInterface::~ReferenceParameterInterface() {
@@ -107,29 +110,46 @@ bool ReferenceParameterInterface::_IsCurrent(std::size_t index) const {
 
 bool ReferenceParameterInterface::_OnChangeParameter(IParameter*) {
     const LifeToken::Watch alive = _life.GetWatch();
+    const std::vector<int> cells = _GetCellsToLookAt();
+    _mustLookAtAll = true;
     // Told before the new shaders are taken: taking one may clear the graph's compiled state in
     // silence, and a notice behind it would no longer reach the effect.
-    const bool isAnyReleased = _ReleaseStale();
+    const bool isAnyReleased = _ReleaseStale(cells);
     if (!alive || (isAnyReleased && (!_listenersChangeStructure.Fire(this) || !alive))) {
         return false;
     }
     bool isAnyAcquired = false;
-    if (_pParameter == nullptr || !_AcquireMissing(isAnyAcquired)) {
+    const bool good = _AcquireMissing(cells, isAnyAcquired);
+    if (!alive || _pParameter == nullptr) {
         return false;
     }
-    return !isAnyAcquired || _listenersChangeStructure.Fire(this);
+    _mustLookAtAll = false;
+    return good && (!isAnyAcquired || _listenersChangeStructure.Fire(this));
+}
+
+std::vector<int> ReferenceParameterInterface::_GetCellsToLookAt() const {
+    if (!_mustLookAtAll) {
+        return _pParameter->GetCellsChanged();
+    }
+    std::vector<int> cells(std::max(_cells.size(), static_cast<std::size_t>(_pParameter->GetLength())));
+    std::iota(cells.begin(), cells.end(), 0);
+    return cells;
 }
 
 /// @return whether there was one
-bool ReferenceParameterInterface::_ReleaseStale() {
+bool ReferenceParameterInterface::_ReleaseStale(const std::vector<int>& cells) {
     const LifeToken::Watch alive = _life.GetWatch();
     bool isAnyReleased = false;
     // What is given back may end, and tell listeners who change the cells once more.
-    for (std::size_t i = 0; alive && _pParameter != nullptr && i < _cells.size(); ++i) {
-        if (_IsCurrent(i)) {
+    for (const int cell : cells) {
+        if (!alive || _pParameter == nullptr) {
+            return isAnyReleased;
+        }
+        const auto index = static_cast<std::size_t>(cell);
+        if (index >= _cells.size() || _IsCurrent(index)) {
             continue;
         }
-        if (ReferenceShader* const reference = _Leave(i)) {
+        if (ReferenceShader* const reference = _Leave(index)) {
             isAnyReleased = true;
             reference->Release();
         }
@@ -140,18 +160,19 @@ bool ReferenceParameterInterface::_ReleaseStale() {
     return isAnyReleased;
 }
 
-bool ReferenceParameterInterface::_AcquireMissing(bool& isAnyAcquired) {
+bool ReferenceParameterInterface::_AcquireMissing(const std::vector<int>& cells,
+                                                  bool& isAnyAcquired) {
     const LifeToken::Watch alive = _life.GetWatch();
     bool good = true;
-    for (std::size_t i = 0; i < _cells.size(); ++i) {
-        if (_IsCurrent(i)) {
-            continue;
-        }
-        good = _Acquire(i, _pParameter->GetShaderBase(static_cast<int>(i))) && good;
+    for (const int cell : cells) {
         if (!alive || _pParameter == nullptr) {
             return false;
         }
-        isAnyAcquired = true;
+        const auto index = static_cast<std::size_t>(cell);
+        if (index < _cells.size() && !_IsCurrent(index)) {
+            good = _Acquire(index, _pParameter->GetShaderBase(cell)) && good;
+            isAnyAcquired = true;
+        }
     }
     return good;
 }

@@ -75,8 +75,9 @@ private:
     };
 
     bool _IsCurrent(std::size_t index) const;
-    bool _ReleaseStale();
-    bool _AcquireMissing(bool& isAnyAcquired);
+    std::vector<int> _GetCellsToLookAt() const;
+    bool _ReleaseStale(const std::vector<int>& cells);
+    bool _AcquireMissing(const std::vector<int>& cells, bool& isAnyAcquired);
     bool _Acquire(std::size_t index, Shader* shader);
     void _Enter(std::size_t index, Shader* shader, ReferenceShader* reference);
     ReferenceShader* _Leave(std::size_t index);
@@ -88,6 +89,7 @@ private:
     bool _OnChangeValueReference(IReferenceShader* reference);
 
     std::vector<Cell> _cells;
+    bool _mustLookAtAll = true; ///< a change of cells was not seen through to its end
     std::unordered_map<const IReferenceShader*, Use> _uses; ///< never iterated
     ListenerSet<FastDelegate1<IReferenceParameter*, bool>> _listenersChangeValue;
     ListenerSet<FastDelegate1<IReferenceParameter*, bool>> _listenersChangeStructure;

@@ -31,7 +31,7 @@
 
 namespace Tolen::Effects {
 
-PrototypeShader::PrototypeShader() : StructureNode(true) {}
+PrototypeShader::PrototypeShader() = default;
 
 PrototypeShader::~PrototypeShader() {
     Shutdown();
@@ -94,6 +94,7 @@ bool PrototypeShader::RemoveListenerDelete(FastDelegate1<IPrototypeShader*, bool
 }
 
 bool PrototypeShader::AddListenerChangeStructure(FastDelegate1<PrototypeShader*, bool>& listener) {
+    MarkHeard();
     return _listenersChangeStructure.Add(listener);
 }
 
@@ -254,6 +255,12 @@ bool PrototypeShader::_IsCompleteHere() {
         return IsCompleteNode();
     }
     return _AreInputsComplete(nullptr);
+}
+
+bool PrototypeShader::_HasListeners() const {
+    return !_listenersChangeStructure.IsEmpty() ||
+           std::any_of(_inputs.begin(), _inputs.end(),
+                       [](const ParameterInterface* input) { return input->HasListeners(); });
 }
 
 bool PrototypeShader::_OnChangeStructureNode(bool isOwn) {

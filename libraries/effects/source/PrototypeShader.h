@@ -137,10 +137,7 @@ public:
 protected:
     bool _IsCompleteHere() override;
     void _OnChangeCompleteness(bool) override {}
-    /// Shaders of the class and graphs with it always listen.
-    bool _HasListeners() const override {
-        return true;
-    }
+    bool _HasListeners() const override;
     bool _OnChangeStructureNode(bool isOwn) override;
 
 private:

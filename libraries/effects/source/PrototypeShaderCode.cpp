@@ -231,6 +231,7 @@ bool PrototypeShader::_ReplaceFunctionSelectionStatic(FunctionSelection* selecti
     }
     if (prototype != this && _staticReferences.insert(prototype).second) {
         prototype->_staticUsers.insert(this);
+        _MarkHeardBelow(prototype);
         auto onDelete = MakeDelegate(this, &PrototypeShader::_OnDeleteReferenceStatic);
         prototype->AddListenerDelete(onDelete);
     }

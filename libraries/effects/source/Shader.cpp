@@ -32,7 +32,7 @@ bool Shader::ByCreation::operator()(const ParameterInterface* a,
     return a->GetCreationNumber() < b->GetCreationNumber();
 }
 
-Shader::Shader() : StructureNode(false) {}
+Shader::Shader() = default;
 
 Shader::~Shader() {
     Shutdown();

@@ -82,6 +82,14 @@ void StructureNode::MarkHeard() {
     }
 }
 
+void StructureNode::_MarkHeardBelow(StructureNode* node) {
+    // Those above may not have looked at a node that led nowhere.
+    _isHeard = _isHeard || _IsHeardAbove();
+    if (_isHeard) {
+        node->MarkHeard();
+    }
+}
+
 bool StructureNode::_IsHeardAbove() const {
     std::vector<StructureNode*> above;
     CollectNodesAbove(above);

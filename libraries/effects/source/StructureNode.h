@@ -43,8 +43,7 @@ public:
     LifeToken::Watch GetWatch() const { return _life.GetWatch(); }
 
 protected:
-    /// @param isHeard what IsHeard answers at first
-    explicit StructureNode(bool isHeard) : _isHeard(isHeard) {}
+    StructureNode() = default;
     virtual ~StructureNode() = default;
 
     /// Looks at what is right here and right below: whether that is complete.
@@ -61,6 +60,9 @@ protected:
     /// The inputs that hold this node and have listeners of their own.
     virtual std::vector<ParameterInterface*> _GetInputsHeard() const { return {}; }
 
+    /// Called when @p node has come to stand right below this one, which may have had none before.
+    void _MarkHeardBelow(StructureNode* node);
+
     LifeToken _life;
 
 private:
@@ -71,7 +73,7 @@ private:
     bool _IsHeardAbove() const;
 
     bool _isCompleteNode = false;
-    bool _isHeard;
+    bool _isHeard = false;
     /// Marks of a walk in progress; each walk takes its marks away before anybody is called.
     bool _isMetBelow = false;
     bool _isMetAbove = false;

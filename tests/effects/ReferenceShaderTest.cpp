@@ -209,7 +209,7 @@ TEST_F(ReferenceShaderTest, ASecondUserOfAForeignShader_ChangesNothingForTheFirs
     EXPECT_TRUE(plain->ReleaseReference(first));
 }
 
-TEST_F(ReferenceShaderTest, AForeignGraphThatDies_IsToldAndLeavesANeutralReference) {
+TEST_F(ReferenceShaderTest, AForeignGraphThatDies_IsToldAndLeavesItsShaderToTheUser) {
     IShader* const plain = Make("Plain");
     ASSERT_NE(plain->CreateGraphKind0(), nullptr);
     Init(Make("Plain"));
@@ -217,11 +217,12 @@ TEST_F(ReferenceShaderTest, AForeignGraphThatDies_IsToldAndLeavesANeutralReferen
     ASSERT_TRUE(plain->DestroyGraphKind0());
     EXPECT_TRUE(checks.Contains("false", "Source/ReferenceShaderGraph"));
     EXPECT_TRUE(graph.GetGraphsForeign().empty());
-    EXPECT_EQ(reference->GetShader(), nullptr);
-    EXPECT_EQ(reference->GetGraph(), nullptr);
-    EXPECT_FALSE(reference->HasMethod("Shade"));
-    EXPECT_TRUE(reference->Apply(nullptr, nullptr));
+    EXPECT_EQ(reference->GetShader(), plain);
+    EXPECT_EQ(reference->GetGraph(), &graph);
+    EXPECT_NE(reference->GetReferencePrototype(), nullptr);
+    EXPECT_EQ(reference->GetCountParameters(), 1);
     EXPECT_TRUE(graph.Compile(nullptr));
+    EXPECT_NE(GetText("graph").find(plain->GetMethodNameMangled("Shade")), std::string::npos);
     EXPECT_TRUE(plain->ReleaseReference(reference));
 }
 

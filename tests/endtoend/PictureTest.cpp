@@ -215,5 +215,48 @@ TEST_F(PictureTest, MistakesAreMended_AndThePictureComesBack) {
     ExpectColor(GetPixel(), 1.0f, 1.0f, 1.0f);
 }
 
+TEST_F(PictureTest, AShaderWithAGraphOfItsOwn_IsLinkedAndFollowsItsValues) {
+    Load("graphs.klsl", R"(
+        interface IShade { vec3 shade(); }
+        class Leaf : IShade {
+            input vec3 color = vec3(0.25, 0.5, 1.0);
+            float half = 0.5;
+            vec3 shade() { return color * half; }
+        }
+        class Link : IShade {
+            input IShade next;
+            coord vec2 uv;
+            vec3 shade() { return next.shade() * uv.x; }
+        }
+        class Root {
+            input IShade body;
+            void Shade() { accumulate(o_color, body.shade()); }
+        })");
+    IShader* const leaf = Make("Leaf");
+    IShader* const link = Make("Link");
+    IShader* const root = Make("Root");
+    link->SetCoord(nullptr, "uv", "Coord");
+    ASSERT_TRUE(link->SetParameter(nullptr, "next", leaf));
+    ASSERT_NE(link->CreateGraphKind0(), nullptr);
+    ASSERT_TRUE(root->SetParameter(nullptr, "body", link));
+    AddSquare(MakeSurface(root));
+    Render();
+    ExpectColor(GetPixel(3), 0.125f * 0.875f, 0.25f * 0.875f, 0.5f * 0.875f);
+    ASSERT_TRUE(leaf->SetParameter(nullptr, "color", Vector3f(1.0f, 0.0f, 0.0f)));
+    Render();
+    ExpectColor(GetPixel(3), 0.5f * 0.875f, 0.0f, 0.0f);
+    // Another shader in the graph that is linked.
+    IShader* const other = Make("Leaf");
+    ASSERT_TRUE(link->SetParameter(nullptr, "next", other));
+    Render();
+    ExpectColor(GetPixel(3), 0.125f * 0.875f, 0.25f * 0.875f, 0.5f * 0.875f);
+    // Without a graph of its own its code is part of the other one.
+    ASSERT_TRUE(root->SetParameter(nullptr, "body", static_cast<IShader*>(nullptr)));
+    ASSERT_TRUE(link->DestroyGraphKind0());
+    ASSERT_TRUE(root->SetParameter(nullptr, "body", link));
+    Render();
+    ExpectColor(GetPixel(3), 0.125f * 0.875f, 0.25f * 0.875f, 0.5f * 0.875f);
+}
+
 } // namespace
 } // namespace Tolen::Tests

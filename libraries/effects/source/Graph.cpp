@@ -527,6 +527,11 @@ bool Graph::_OnChangeStructure() {
     return true;
 }
 
+void Graph::OnChangeReference() {
+    _Invalidate();
+    _listenersChangeStructure.Fire(this);
+}
+
 bool Graph::_OnChangeStructureReferenceShader(IReferenceShader*) { return _OnChangeStructure(); }
 
 } // namespace Tolen::Effects

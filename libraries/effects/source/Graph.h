@@ -114,6 +114,9 @@ public:
     /// caller holds the ends of graphs back (ScopedHold).
     void EndReference(std::unique_ptr<ReferenceShader> reference);
 
+    /// Called when a shader takes part in this graph in another way than before.
+    void OnChangeReference();
+
     /// Draws the number of a walk over the references of this graph; never 0.
     unsigned long long BeginWalk() { return ++_countWalks; }
     /// Whether a compile is collecting the code of all references.

@@ -188,6 +188,9 @@ std::set<std::string> Graph::_GetMethodsForUsers() const {
     };
     auto visit = FastDelegate1<const FunctionDefinition*, bool>::Borrow(collect);
     _pShader->VisitMethods(visit);
+    if (_pShader->HasConstructor()) {
+        names.insert(_pShader->GetConstructorName());
+    }
     return names;
 }
 

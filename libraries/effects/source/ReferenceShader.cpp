@@ -1,8 +1,8 @@
 #include "ReferenceShader.h"
 
+#include "Graph.h"
 #include "ReferenceShaderGraph.h"
 #include "ReferenceShaderNode.h"
-#include "TolenEffects/IGraph.h"
 #include "TolenEffects/IShader.h"
 
 #include "TolenCore/Assert.h"
@@ -205,6 +205,9 @@ bool ReferenceShader::_InitImplGraph(IGraph* graph, IGraph* graphOwner) {
         return false;
     }
     _pImpl = std::move(implementation);
+    // When its graph goes, the shader comes into this one.
+    auto onChangeImpl = MakeDelegate(this, &ReferenceShader::_OnChangeImpl);
+    _pImpl->AddListenerChangeImpl(onChangeImpl);
     if (!_listenersChangeStructure.IsEmpty()) {
         _ListenToImpl(true);
     }
@@ -238,8 +241,13 @@ bool ReferenceShader::_OnChangeStructure(IReferenceShader*) {
 }
 
 bool ReferenceShader::_OnChangeImpl() {
+    if (_pShader == nullptr) {
+        return true;
+    }
     _ShutdownImpl();
-    return _InitImpl(_pShader, _pGraph);
+    const bool initialized = _InitImpl(_pShader, _pGraph);
+    static_cast<Graph*>(_pGraph)->OnChangeReference();
+    return initialized;
 }
 
 bool ReferenceShader::_OnDelete(IShader*) {

@@ -1,5 +1,6 @@
 #include "ReferenceShaderGraph.h"
 
+#include "GeneratedCode.h"
 #include "Graph.h"
 #include "TolenEffects/IShader.h"
 #include "TolenEffects/Module.h"
@@ -30,6 +31,9 @@ bool ReferenceShaderGraph::Init(IGraph* graph, IGraph* graphOwner) {
     _pGraph->AddListenerChangeStructure(onChangeStructure);
     _pGraph->AddListenerAddAttribute(onAddAttribute);
     _pGraph->AddListenerRemoveAttribute(onRemoveAttribute);
+    // Updates of the other graph are queued by those who apply the using one.
+    auto onForget = MakeDelegate(this, &ReferenceShaderGraph::_OnForgetUpdates);
+    static_cast<Graph*>(_pGraph)->AddListenerForgetUpdates(onForget);
 
     FastDelegate1<Module*, bool> collect(this, &ReferenceShaderGraph::CollectShader);
     auto apply = MakeDelegate(this, &ReferenceShaderGraph::_Apply);
@@ -45,17 +49,7 @@ void ReferenceShaderGraph::Shutdown() {
         return;
     }
     if (_IsGraphAlive()) {
-        auto onDelete = MakeDelegate(this, &ReferenceShaderGraph::_OnDeleteGraph);
-        auto onChangeValue = MakeDelegate(this, &ReferenceShaderGraph::_OnChangeValueGraph);
-        auto onChangeStructure = MakeDelegate(this, &ReferenceShaderGraph::_OnChangeStructureGraph);
-        auto onAddAttribute = MakeDelegate(this, &ReferenceShaderGraph::_AcquireAttribute);
-        auto onRemoveAttribute = MakeDelegate(this, &ReferenceShaderGraph::_ReleaseAttribute);
-        _pGraph->RemoveListenerDelete(onDelete);
-        _pGraph->RemoveListenerChangeValue(onChangeValue);
-        _pGraph->RemoveListenerChangeStructure(onChangeStructure);
-        _pGraph->RemoveListenerAddAttribute(onAddAttribute);
-        _pGraph->RemoveListenerRemoveAttribute(onRemoveAttribute);
-        _pUser->RemoveGraphForeign(static_cast<Graph*>(_pGraph));
+        _LeaveGraph();
     }
     _ReleaseAttributes();
     FastDelegate1<Module*, bool> collect(this, &ReferenceShaderGraph::CollectShader);
@@ -65,6 +59,23 @@ void ReferenceShaderGraph::Shutdown() {
     _pGraph = nullptr;
     _pGraphOwner = nullptr;
     _pUser = nullptr;
+}
+
+void ReferenceShaderGraph::_LeaveGraph() {
+    auto onDelete = MakeDelegate(this, &ReferenceShaderGraph::_OnDeleteGraph);
+    auto onChangeValue = MakeDelegate(this, &ReferenceShaderGraph::_OnChangeValueGraph);
+    auto onChangeStructure = MakeDelegate(this, &ReferenceShaderGraph::_OnChangeStructureGraph);
+    auto onAddAttribute = MakeDelegate(this, &ReferenceShaderGraph::_AcquireAttribute);
+    auto onRemoveAttribute = MakeDelegate(this, &ReferenceShaderGraph::_ReleaseAttribute);
+    auto onForget = MakeDelegate(this, &ReferenceShaderGraph::_OnForgetUpdates);
+    _pGraph->RemoveListenerDelete(onDelete);
+    _pGraph->RemoveListenerChangeValue(onChangeValue);
+    _pGraph->RemoveListenerChangeStructure(onChangeStructure);
+    _pGraph->RemoveListenerAddAttribute(onAddAttribute);
+    _pGraph->RemoveListenerRemoveAttribute(onRemoveAttribute);
+    static_cast<Graph*>(_pGraph)->RemoveListenerForgetUpdates(onForget);
+    _pUser->RemoveGraphForeign(static_cast<Graph*>(_pGraph));
+    _pGraphOwner = nullptr;
 }
 
 bool ReferenceShaderGraph::Release() { return false; }
@@ -86,7 +97,14 @@ bool ReferenceShaderGraph::CollectShader(Module* module) {
         return _CollectDeclaration(module, definition);
     };
     auto visit = FastDelegate1<const FunctionDefinition*, bool>::Borrow(collect);
-    return shader->VisitMethods(visit);
+    if (!shader->VisitMethods(visit)) {
+        return false;
+    }
+    // The constructors of the shaders that use this one call its constructor.
+    if (shader->HasConstructor()) {
+        DeclareFunctionVoid(module, shader->GetConstructorName());
+    }
+    return true;
 }
 
 bool ReferenceShaderGraph::_CollectDeclaration(Module* module,
@@ -219,12 +237,17 @@ void ReferenceShaderGraph::_ReleaseAttributes() {
     }
 }
 
-bool ReferenceShaderGraph::_OnDeleteGraph(IGraph* graph) {
-    // A graph must not go while it is used elsewhere; where it does, this object goes on without.
+bool ReferenceShaderGraph::_OnDeleteGraph(IGraph*) {
+    // A graph must not go while it is used elsewhere; where it does, this object goes on without,
+    // and whoever owns it may have a better one.
     TOLEN_CHECK(false, "Source/ReferenceShaderGraph");
-    _pUser->RemoveGraphForeign(static_cast<Graph*>(graph));
-    _pGraphOwner = nullptr;
+    _LeaveGraph();
     return _listenersChangeImpl.Fire();
+}
+
+bool ReferenceShaderGraph::_OnForgetUpdates(const void* object) {
+    _pUser->ForgetUpdates(object);
+    return true;
 }
 
 bool ReferenceShaderGraph::_OnChangeValueGraph(IGraph*, DelegateUpdate& update) {

@@ -69,6 +69,8 @@ public:
 private:
     bool _CollectDeclaration(Module* module, const FunctionDefinition* definition);
     bool _Apply(IKLPrimitive* primitive, IKLProgram* program);
+    /// Lets go of the other graph, which may be going itself.
+    void _LeaveGraph();
     bool _IsGraphAlive() const { return _pGraphOwner != nullptr; }
     bool _AcquireAttribute(IGraph::Attribute attribute);
     bool _ReleaseAttribute(IGraph::Attribute attribute);
@@ -76,6 +78,7 @@ private:
     bool _OnDeleteGraph(IGraph* graph);
     bool _OnChangeValueGraph(IGraph* graph, DelegateUpdate& update);
     bool _OnChangeStructureGraph(IGraph* graph);
+    bool _OnForgetUpdates(const void* object);
 
     IGraph* _pGraph = nullptr;      ///< borrowed, the shader's own; stays set when it goes
     IGraph* _pGraphOwner = nullptr; ///< borrowed, the using one; null once the other one is gone

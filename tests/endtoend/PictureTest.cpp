@@ -258,5 +258,61 @@ TEST_F(PictureTest, AShaderWithAGraphOfItsOwn_IsLinkedAndFollowsItsValues) {
     ExpectColor(GetPixel(3), 0.125f * 0.875f, 0.25f * 0.875f, 0.5f * 0.875f);
 }
 
+TEST_F(PictureTest, GraphsOfShadersOwn_MayHoldTheSameShadersAndClasses) {
+    Load("shared.klsl", R"(
+        float twice(float x) { return 2.0 * x; }
+        interface IShade { vec3 shade(); }
+        class Leaf : IShade {
+            input vec3 color = vec3(0.25, 0.5, 1.0);
+            static float gain = 0.25;
+            float half = 0.5;
+            static float scale(float x) { return twice(x) * gain; }
+            vec3 shade() { return color * half * Leaf.scale(1.0); }
+        }
+        class Halves {
+            static float half = 0.5;
+            static float get() { return half; }
+        }
+        class Link : IShade {
+            input IShade next;
+            vec3 shade() { return next.shade() * Halves.get() * Leaf.scale(4.0); }
+        }
+        class Pair : IShade {
+            input IShade left;
+            input IShade right;
+            vec3 shade() { return left.shade() + right.shade(); }
+        }
+        class Root {
+            input IShade left;
+            input IShade right;
+            void Shade() { accumulate(o_color, left.shade() + right.shade() * Leaf.scale(2.0)); }
+        })");
+    IShader* const leaf = Make("Leaf");
+    IShader* const link = Make("Link");
+    IShader* const other = Make("Link");
+    IShader* const pair = Make("Pair");
+    ASSERT_TRUE(link->SetParameter(nullptr, "next", leaf));
+    ASSERT_TRUE(other->SetParameter(nullptr, "next", leaf));
+    ASSERT_TRUE(pair->SetParameter(nullptr, "left", link));
+    ASSERT_TRUE(pair->SetParameter(nullptr, "right", other));
+    const auto render = [&] {
+        IShader* const root = Make("Root");
+        EXPECT_TRUE(root->SetParameter(nullptr, "left", pair));
+        EXPECT_TRUE(root->SetParameter(nullptr, "right", leaf));
+        IEffect* const effect = MakeSurface(root);
+        OpenKL::IPrimitive* const square = AddSquare(effect);
+        Render();
+        EXPECT_TRUE(effect->IsCompiled()) << console.GetAll();
+        ExpectColor(GetPixel(), 0.1875f, 0.375f, 0.75f);
+        manager.DestroyEffectSurface(effect);
+        context->DestroyPrimitive(square);
+    };
+    render();
+    for (IShader* shader : {link, pair, other, leaf}) {
+        ASSERT_NE(shader->CreateGraphKind0(), nullptr);
+        render();
+    }
+}
+
 } // namespace
 } // namespace Tolen::Tests

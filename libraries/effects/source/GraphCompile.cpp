@@ -6,6 +6,7 @@
 #include "ModuleOrder.h"
 #include "ProfileScope.h"
 #include "ReferencePrototypeShader.h"
+#include "RenameFunctions.h"
 #include "ScopedResult.h"
 #include "TolenEffects/IMgrEffects.h"
 #include "TolenEffects/IPrototypeShader.h"
@@ -125,7 +126,16 @@ bool Graph::_CollectModule(Module* module) {
     if (HasConstructor() && !_CollectConstructor(module)) {
         return false;
     }
-    return _CollectShaders(module) && CollectorDeclarationFunctions(module).Collect();
+    if (!_CollectShaders(module)) {
+        return false;
+    }
+    if (_countUsers != 0) {
+        // A program that links this text may hold the same shaders and classes in another one.
+        std::set<std::string> kept = _GetMethodsForUsers();
+        kept.insert({GetConstructor(), GetConstructorStatic()});
+        RenameFunctions(module, kept, _rKey.ToString());
+    }
+    return CollectorDeclarationFunctions(module).Collect();
 }
 
 bool Graph::_CollectShaders(Module* module) {
@@ -164,6 +174,14 @@ bool Graph::_CollectConstructorStatic(Module* module) {
     for (const auto& [name, reference] : classes) {
         if (reference->HasConstructorStatic()) {
             AddCallStatement(module, body, reference->GetConstructorStatic());
+        }
+    }
+    if (_countUsers == 0) {
+        // The texts that a program links bring classes of their own; those of texts that they use
+        // in turn are among them.
+        for (const Graph* graph : GetGraphsForeign()) {
+            graph->CollectDeclarationConstructorStatic(module);
+            AddCallStatement(module, body, graph->GetConstructorStatic());
         }
     }
     DefineFunctionVoid(module, GetConstructorStatic(), body);

@@ -1,5 +1,6 @@
 #include "EffectsFixture.h"
 
+#include "TolenEffects/IGraph.h"
 #include "TolenEffects/IParameter.h"
 #include "TolenEffects/IPrototypeShader.h"
 
@@ -12,8 +13,9 @@
 #include <set>
 #include <vector>
 
-/// A client that connects and destroys shaders as it comes. What its programs do in the end has to
-/// be what those of a manager do that was built for the same graph at once.
+/// A client that connects and destroys shaders as it comes, and gives some of them graphs of their
+/// own. What its programs do in the end has to be what those of a manager do that was built for the
+/// same connections at once, without such graphs.
 ///
 /// TOLEN_RANDOM_CALLS and TOLEN_RANDOM_SEED set how many calls are made, and the first seed.
 
@@ -66,12 +68,12 @@ std::string _WithoutKeys(const std::string& text) {
     return std::regex_replace(text, key, "");
 }
 
-/// The functions that a program defines, by name.
-std::map<std::string, std::string> _GetFunctions(IKLProgram* program) {
+/// The functions that texts define, by name.
+std::map<std::string, std::string> _GetFunctions(const std::vector<const IKLShader*>& shaders) {
     std::map<std::string, std::string> functions;
     static const std::regex definition("(?:^|\n)\\w+ (\\w+)\\([^\n]*\\)\n\\{\n");
-    for (const RecordingShader* shader : static_cast<RecordingProgram*>(program)->GetShaders()) {
-        const std::string& text = shader->GetText();
+    for (const IKLShader* shader : shaders) {
+        const std::string& text = static_cast<const RecordingShader*>(shader)->GetText();
         for (std::sregex_iterator it(text.begin(), text.end(), definition), end; it != end; ++it) {
             const auto from = static_cast<std::size_t>(it->position() + it->length());
             functions[(*it)[1]] = text.substr(from, text.find("\n}", from) - from);
@@ -121,7 +123,7 @@ public:
         : _context(context), _manager(manager), _random(seed) {}
 
     void Step() {
-        switch (_Pick(16)) {
+        switch (_Pick(18)) {
         case 0:
         case 1:
             if (_shaders.size() < 24) {
@@ -168,6 +170,9 @@ public:
         case 11:
             _ConnectAll();
             break;
+        case 12:
+            _StepGraphs();
+            break;
         default:
             _Connect();
             break;
@@ -212,7 +217,7 @@ public:
             IShader* root = nullptr;
             effect->GetRoot(root);
             if (isCompiled && root->HasMethod("Shade")) {
-                const auto functions = _GetFunctions(effect->GetKLProgram());
+                const auto functions = _GetFunctions(_GetTexts(effect->GetKLProgram()));
                 all += " " + Expansion(functions).Get(root->GetMethodNameMangled("Shade"));
                 std::multiset<std::string> values;
                 for (const auto& [name, value] : primitive.GetUniforms()) {
@@ -270,7 +275,26 @@ private:
             pClient->_StepInside();
             return true;
         }
+        bool OnCreateGraph(IShader* shader, IGraph*) { return OnChange(shader); }
     };
+
+    Meddler& _AddMeddler() {
+        _meddlers.emplace_back().pClient = this;
+        return _meddlers.back();
+    }
+
+    /// Those of a program and of all graphs that it may have linked.
+    std::vector<const IKLShader*> _GetTexts(IKLProgram* program) const {
+        const auto& shaders = static_cast<RecordingProgram*>(program)->GetShaders();
+        std::vector<const IKLShader*> texts(shaders.begin(), shaders.end());
+        for (IShader* shader : _shaders) {
+            IGraph* const own = shader->GetGraphKind0();
+            if (own != nullptr && own->IsCompiled()) {
+                texts.push_back(own->GetKLShader());
+            }
+        }
+        return texts;
+    }
 
     std::size_t _Pick(std::size_t count) { return _random() % count; }
     IShader* _AnyShader() { return _shaders[_Pick(_shaders.size())]; }
@@ -299,6 +323,44 @@ private:
             IEffect* const effect = _effects[i];
             _effects.erase(_effects.begin() + static_cast<long>(i));
             _manager.DestroyEffectSurface(effect);
+        }
+    }
+
+    void _StepGraphs() {
+        if (_shaders.empty()) {
+            return;
+        }
+        IShader* const shader = _AnyShader();
+        switch (_Pick(8)) {
+        case 0:
+            shader->DestroyGraphKind0();
+            break;
+        case 1:
+            _Pick(2) == 0 ? shader->CreateGraphKind2() : shader->CreateGraphKind3();
+            break;
+        case 2:
+            shader->DestroyGraphKind2();
+            shader->DestroyGraphKind3();
+            break;
+        case 3:
+            for (IGraph* graph :
+                 {shader->GetGraphKind0(), shader->GetGraphKind2(), shader->GetGraphKind3()}) {
+                // A listener may destroy the shader and its graphs.
+                if (graph != nullptr) {
+                    graph->Compile(nullptr);
+                    break;
+                }
+            }
+            break;
+        case 4: {
+            Meddler& meddler = _AddMeddler();
+            auto listener = MakeDelegate(&meddler, &Meddler::OnCreateGraph);
+            shader->AddListenerCreateGraphKind0(listener);
+            break;
+        }
+        default:
+            shader->CreateGraphKind0();
+            break;
         }
     }
 
@@ -353,8 +415,7 @@ private:
         if (_shaders.empty() || _meddlers.size() > 40) {
             return;
         }
-        _meddlers.emplace_back().pClient = this;
-        auto listener = MakeDelegate(&_meddlers.back(), &Meddler::OnChange);
+        auto listener = MakeDelegate(&_AddMeddler(), &Meddler::OnChange);
         _AnyShader()->AddListenerChangeStructure(listener);
     }
 

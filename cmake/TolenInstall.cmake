@@ -1,0 +1,68 @@
+# What `cmake --install` puts where: versioned libraries with their headers, a CMake package, files
+# for pkg-config and the shader libraries. Programs install themselves with tolen_install_program.
+
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(TOLEN_PACKAGE_FOLDER ${CMAKE_INSTALL_LIBDIR}/cmake/TolenEffects)
+set(TOLEN_SHARE_FOLDER ${CMAKE_INSTALL_DATADIR}/tolen-effects)
+
+# Installs a library of ours with the headers below its include/.
+#
+# tolen_install_library(TARGET COMPONENT [REQUIRES PKGCONFIG_MODULE...])
+#   COMPONENT  its name within the CMake package: TolenEffects::COMPONENT
+#   REQUIRES   modules of pkg-config that its headers need
+function(tolen_install_library target component)
+  cmake_parse_arguments(PARSE_ARGV 2 library "" "DESCRIPTION" "REQUIRES")
+  set_target_properties(${target} PROPERTIES EXPORT_NAME ${component})
+  add_library(TolenEffects::${component} ALIAS ${target})
+  install(TARGETS ${target} EXPORT TolenEffects
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+  install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+
+  get_target_property(type ${target} TYPE)
+  set(flags "")
+  if(type STREQUAL "SHARED_LIBRARY")
+    # Before 1.0 every minor version may break what was built against the one before.
+    # The libraries find each other, wherever they are put.
+    set_target_properties(${target} PROPERTIES
+      INSTALL_RPATH $ORIGIN
+      VERSION ${PROJECT_VERSION}
+      SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+    set(flags "-L\${libdir} -l${target}")
+  endif()
+  string(REGEX REPLACE "([a-z])([A-Z])" "\\1-\\2" module ${target})
+  string(TOLOWER ${module} module)
+  string(REPLACE "open-kl" "openkl-" module ${module})
+  string(REGEX REPLACE "-$" "" module ${module})
+  list(JOIN library_REQUIRES " " requires)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/library.pc.in
+    ${PROJECT_BINARY_DIR}/pkgconfig/${module}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/pkgconfig/${module}.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endfunction()
+
+# Installs a program, which finds the libraries beside its own folder, with its manual page.
+function(tolen_install_program target)
+  file(RELATIVE_PATH toLibraries /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+  set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${toLibraries}")
+  install(TARGETS ${target} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endfunction()
+
+# The CMake package, once all libraries are known.
+function(tolen_install_package)
+  configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/TolenEffectsConfig.cmake.in
+    ${PROJECT_BINARY_DIR}/cmake/TolenEffectsConfig.cmake
+    INSTALL_DESTINATION ${TOLEN_PACKAGE_FOLDER}
+    PATH_VARS TOLEN_SHARE_FOLDER)
+  write_basic_package_version_file(${PROJECT_BINARY_DIR}/cmake/TolenEffectsConfigVersion.cmake
+    COMPATIBILITY SameMinorVersion)
+  install(EXPORT TolenEffects NAMESPACE TolenEffects:: FILE TolenEffectsTargets.cmake
+    DESTINATION ${TOLEN_PACKAGE_FOLDER})
+  install(FILES ${PROJECT_BINARY_DIR}/cmake/TolenEffectsConfig.cmake
+    ${PROJECT_BINARY_DIR}/cmake/TolenEffectsConfigVersion.cmake
+    DESTINATION ${TOLEN_PACKAGE_FOLDER})
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/shaders DESTINATION ${TOLEN_SHARE_FOLDER}
+    FILES_MATCHING PATTERN *.klsl)
+endfunction()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/Sanitizers.h"
+
 #include <pthread.h>
 
 #include <cstddef>
@@ -7,21 +9,11 @@
 
 namespace Tolen::Effects::Tests {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-inline constexpr bool kHasWideFrames = true;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-inline constexpr bool kHasWideFrames = true;
-#else
-inline constexpr bool kHasWideFrames = false;
-#endif
-#else
-inline constexpr bool kHasWideFrames = false;
-#endif
-
 /// The smallest stack that the library promises to get by with. Sanitizers make frames several
 /// times as large.
-inline constexpr std::size_t kSmallStack = std::size_t{kHasWideFrames ? 8 : 1} << 20;
+inline constexpr std::size_t kSmallStack =
+    std::size_t{Tolen::Tests::kIsThreadSanitized || Tolen::Tests::kIsAddressSanitized ? 8 : 1}
+    << 20;
 
 /// Runs @p work on a thread with a small stack and waits for it.
 inline void OnSmallStack(std::function<void()> work) {

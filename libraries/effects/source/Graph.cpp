@@ -1,6 +1,7 @@
 #include "Graph.h"
 
 #include "CollectorDeclaration.h"
+#include "EndingShader.h"
 #include "GeneratedCode.h"
 #include "ProfileScope.h"
 #include "PrototypeShader.h"
@@ -8,6 +9,7 @@
 #include "ReferencePrototypeShader.h"
 #include "ReferenceShader.h"
 #include "ScopedHold.h"
+#include "Shader_PassThrough.h"
 #include "TolenEffects/IMgrEffects.h"
 #include "TolenEffects/IPrototypeShader.h"
 #include "TolenEffects/IReferenceShader.h"
@@ -58,8 +60,21 @@ bool Graph::_InitShader(IShader* pShader) {
     if (_pReferenceShader == nullptr) {
         return false;
     }
+    _ListenToView(true);
     auto onDelete = MakeDelegate(this, &Graph::_OnDeleteReferenceShader);
     return _pReferenceShader->AddListenerDelete(onDelete);
+}
+
+void Graph::_ListenToView(bool listen) {
+    if (dynamic_cast<Shader_PassThrough*>(_pShader) == nullptr) {
+        return;
+    }
+    auto onEnd = MakeDelegate(this, &Graph::_OnEndView);
+    if (listen) {
+        Effects::AddListenerEnd(_pShader, onEnd);
+    } else {
+        Effects::RemoveListenerEnd(_pShader, onEnd);
+    }
 }
 
 void Graph::Shutdown() {
@@ -133,6 +148,7 @@ bool Graph::_ShutdownShader() {
     _ListenToRoot(false);
     // Out of the field first: what goes with it gives attributes back, and they come by here.
     IReferenceShader* const root = std::exchange(_pReferenceShader, nullptr);
+    _ListenToView(false);
     root->Release();
     _pShader = nullptr;
     return true;
@@ -510,8 +526,20 @@ void Graph::_DestroyKLShader() {
 bool Graph::_OnDeleteReferenceShader(IReferenceShader*) {
     const bool wasCompiled = _isCompiled;
     _Invalidate();
+    _ListenToView(false);
     _pReferenceShader = nullptr;
     _pShader = nullptr;
+    if (wasCompiled) {
+        _listenersChangeStructure.Fire(this);
+    }
+    return true;
+}
+
+bool Graph::_OnEndView(IShader*) {
+    const ScopedHold hold(_pMgrEffects);
+    const bool wasCompiled = _isCompiled;
+    _Invalidate();
+    _ShutdownShader();
     if (wasCompiled) {
         _listenersChangeStructure.Fire(this);
     }

@@ -150,6 +150,8 @@ private:
 
     bool _InitShader(IShader* shader);
     bool _ShutdownShader();
+    /// Hears when the root goes and is a view of the shader that is referenced, or no longer.
+    void _ListenToView(bool listen);
     void _ShutdownReferencesLeft();
     void _Invalidate();
     /// Hears of changes of structure, or no longer: a graph that isn't compiled has nothing to
@@ -167,6 +169,7 @@ private:
     std::set<std::string> _GetMethodsForUsers() const;
 
     bool _OnDeleteReferenceShader(IReferenceShader* reference);
+    bool _OnEndView(IShader* view);
     bool _OnChangeStructure();
     bool _OnChangeStructureReferenceShader(IReferenceShader* reference);
 

@@ -9,6 +9,7 @@
 #include "PrototypeRequests.h"
 #include "PrototypeShader.h"
 #include "ScopedHold.h"
+#include "Shader.h"
 
 #include "TolenEffects/IEffect.h"
 #include "TolenEffects/Profiler.h"
@@ -231,6 +232,10 @@ IShader* MgrEffectsImpl::CreateShader(const std::string& name) {
 }
 
 void MgrEffectsImpl::DestroyShader(IShader* shader) {
+    // A view of a shader is somebody else's, and may be gone when its turn comes.
+    if (dynamic_cast<Shader*>(shader) == nullptr) {
+        return;
+    }
     const ScopedHold hold(this);
     _pendingEnds.AddShader(shader);
 }

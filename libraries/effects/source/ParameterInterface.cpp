@@ -1,5 +1,6 @@
 #include "ParameterInterface.h"
 
+#include "EndingShader.h"
 #include "LocationText.h"
 #include "MgrEffectsImpl.h"
 #include "ScopedHold.h"
@@ -14,6 +15,7 @@
 #include "TolenCore/Result.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Tolen::Effects {
 
@@ -184,14 +186,56 @@ bool ParameterInterface::_CanConnect(IShader* shader) const {
 
 IShader* ParameterInterface::_Store(int index, IShader* shader, bool isDefault) {
     const auto cell = static_cast<std::size_t>(index);
-    IShader* const made = _defaults[cell] ? _pValue->Get(index) : nullptr;
+    IShader* const before = _pValue->Get(index);
+    IShader* const made = _defaults[cell] ? before : nullptr;
     _cellsChanged.push_back(index);
+    _ForgetView(before, index);
     _Disconnect(index);
     _pValue->Set(shader, index);
     _defaults[cell] = isDefault;
     _bases[cell] = shader == nullptr ? nullptr : Shader::GetBase(shader);
     _Connect(index);
+    _ListenToView(shader, index);
     return made;
+}
+
+void ParameterInterface::_ListenToView(IShader* view, int index) {
+    if (view == _bases[static_cast<std::size_t>(index)]) {
+        return;
+    }
+    std::set<int>& cells = _views[view];
+    if (cells.empty()) {
+        auto onEnd = MakeDelegate(this, &ParameterInterface::_OnEndView);
+        AddListenerEnd(view, onEnd);
+    }
+    cells.insert(index);
+}
+
+void ParameterInterface::_ForgetView(IShader* view, int index) {
+    const auto found = _views.find(view);
+    if (found == _views.end()) {
+        return;
+    }
+    found->second.erase(index);
+    if (found->second.empty()) {
+        auto onEnd = MakeDelegate(this, &ParameterInterface::_OnEndView);
+        RemoveListenerEnd(view, onEnd);
+        _views.erase(found);
+    }
+}
+
+bool ParameterInterface::_OnEndView(IShader* view) {
+    const auto found = _views.find(view);
+    if (found == _views.end()) {
+        return true;
+    }
+    const std::set<int> cells = std::move(found->second);
+    _views.erase(found);
+    for (const int index : cells) {
+        _Store(index, nullptr, false);
+    }
+    _ChangeStructure();
+    return true;
 }
 
 void ParameterInterface::_Connect(int index) {
@@ -293,6 +337,7 @@ void ParameterInterface::OnDeleteShader(Shader* base, const std::set<int>& cells
             continue;
         }
         _cellsChanged.push_back(index);
+        _ForgetView(_pValue->Get(index), index);
         _bases[cell] = nullptr;
         _pValue->Set(nullptr, index);
         _defaults[cell] = false;

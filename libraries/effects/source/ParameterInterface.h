@@ -9,6 +9,7 @@
 #include "TolenCore/LifeToken.h"
 #include "TolenCore/ListenerSet.h"
 
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -28,6 +29,9 @@ class VariableDeclaration;
 /// declared default, which it destroys when they are replaced. A shader fits when its class or its
 /// interface has the declared name, and when it doesn't depend on the owner. Each change of a cell
 /// is a change of structure. A shader that is destroyed empties the cells that hold it.
+///
+/// A cell may hold a view of a shader: then all that concerns code goes by the shader behind it, and
+/// the cell is emptied by the end of either.
 class ParameterInterface : public IParameter, public CreationOrder {
 public:
     ~ParameterInterface() override;
@@ -130,9 +134,15 @@ protected:
 private:
     void _Connect(int index);
     void _Disconnect(int index);
+    void _ListenToView(IShader* view, int index);
+    void _ForgetView(IShader* view, int index);
+    bool _OnEndView(IShader* view);
+
     StructureNode* _pOwner = nullptr; ///< borrowed
     std::vector<Shader*> _bases;      ///< for each cell, borrowed
-    int _countIncomplete = 0;         ///< cells that are empty or hold an incomplete shader
+    /// The cells that hold views, by view; never walked.
+    std::map<IShader*, std::set<int>> _views;
+    int _countIncomplete = 0; ///< cells that are empty or hold an incomplete shader
     std::vector<int> _cellsChanged;
     ListenerSet<FastDelegate1<IParameter*, bool>> _listenersChangeConnection;
 };

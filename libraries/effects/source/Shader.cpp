@@ -135,6 +135,7 @@ void Shader::Shutdown() {
     _isStarting = false;
     _listenersDelete.Fire(this);
     _listenersDelete.Clear();
+    _FireEnd(this);
     _ShutdownUsers();
     _ShutdownReferences();
     for (GraphSlot& slot : _graphs) {

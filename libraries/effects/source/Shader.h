@@ -1,5 +1,6 @@
 #pragma once
 
+#include "EndingShader.h"
 #include "StructureNode.h"
 
 #include "TolenEffects/IShader.h"
@@ -41,7 +42,10 @@ class TIParentSyntax;
 /// The code is made when the shader is complete and made again when an input, a member or the
 /// class changes in structure. A change further below leaves it as it is, since it names the
 /// connected shaders and not what they do.
-class TOLEN_EXPORT Shader final : public IShader, public CreationOrder, public StructureNode {
+class TOLEN_EXPORT Shader final : public IShader,
+                                  public CreationOrder,
+                                  public StructureNode,
+                                  public EndingShader {
 public:
     Shader();
     ~Shader() override;
@@ -58,7 +62,7 @@ public:
     void Shutdown();
 
     /// The instance behind @p shader: itself, or what it is a view of.
-    /// @return null for an object that this library hasn't made
+    /// @return null for an object that this library hasn't made, and for a view that is going
     static Shader* GetBase(IShader* shader);
     /// Whether the shader is on its way out, so that nothing may hold it any more.
     bool IsGoing() const { return _isMuted && _pPrototype != nullptr && !_isStarting; }

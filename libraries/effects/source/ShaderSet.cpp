@@ -12,6 +12,8 @@
 #include "TolenCore/Format.h"
 #include "TolenCore/Result.h"
 
+#include <vector>
+
 /// The setters of a shader: look up, set, and tell what went wrong.
 
 namespace Tolen::Effects {
@@ -75,24 +77,31 @@ bool Shader::SetParameter(Result* result, const std::string& name, IShader* shad
                 Format("Can't get parameter %s of the shader %s\n", name.c_str(), _name.c_str()));
         return false;
     }
+    IShader* const base = GetBase(shader);
     return _SetParameter(result, name, {kNotFound, kRefused},
-                         [&](IParameter* parameter) { return parameter->Set(shader); });
+                         [&](IParameter* parameter) { return parameter->Set(base); });
 }
 
 bool Shader::SetParameter(Result* result, const std::string& name, IShader* shader, int index) {
-    return _IsCompatible(result, shader) &&
-           _SetParameter(result, name, {kNotFoundIndexed, kRefusedIndexed},
-                         [&](IParameter* parameter) { return parameter->Set(shader, index); });
+    if (!_IsCompatible(result, shader)) {
+        return false;
+    }
+    IShader* const base = GetBase(shader);
+    return _SetParameter(result, name, {kNotFoundIndexed, kRefusedIndexed},
+                         [&](IParameter* parameter) { return parameter->Set(base, index); });
 }
 
 bool Shader::SetParameter(Result* result, const std::string& name, IShader** shaders, int count) {
-    for (int i = 0; i < count; ++i) {
+    std::vector<IShader*> bases;
+    for (int i = 0; i < count && shaders != nullptr; ++i) {
         if (!_IsCompatible(result, shaders[i])) {
             return false;
         }
+        bases.push_back(GetBase(shaders[i]));
     }
+    IShader** const values = shaders == nullptr ? nullptr : bases.data();
     return _SetParameter(result, name, {kNotFoundIndexed, kRefusedIndexed},
-                         [&](IParameter* parameter) { return parameter->Set(shaders, count); });
+                         [&](IParameter* parameter) { return parameter->Set(values, count); });
 }
 
 bool Shader::SetCoord(Result* result, const std::string& name, const std::string& value) {

@@ -2,6 +2,7 @@
 
 #include "ParameterInterface.h"
 #include "PrototypeShader.h"
+#include "Shader_PassThrough.h"
 
 #include "TolenEffects/IParameter.h"
 #include "TolenEffects/Module.h"
@@ -27,6 +28,9 @@ const std::string* _FindIncomplete(const Map& parameters) {
 } // namespace
 
 Shader* Shader::GetBase(IShader* shader) {
+    while (auto* const view = dynamic_cast<Shader_PassThrough*>(shader)) {
+        shader = view->IsGoing() ? nullptr : view->GetShader();
+    }
     return dynamic_cast<Shader*>(shader);
 }
 

@@ -125,10 +125,7 @@ public:
 private:
     void _End() {
         do {
-            while (!_pManager->_ending.empty()) {
-                const auto ending = std::move(_pManager->_ending.back());
-                _pManager->_ending.pop_back();
-            }
+            _pManager->_EndViews();
             if (std::exchange(_pManager->_mustShutdown, false)) {
                 _pManager->_Shutdown();
             }
@@ -142,7 +139,14 @@ MgrLightShaders::~MgrLightShaders() {
     // Nobody may delete this any more.
     ++_countOperations;
     _Shutdown();
-    _ending.clear();
+    _EndViews();
+}
+
+void MgrLightShaders::_EndViews() {
+    while (!_ending.empty()) {
+        const auto ending = std::move(_ending.back());
+        _ending.pop_back();
+    }
 }
 
 void MgrLightShaders::Destroy() {
@@ -425,6 +429,7 @@ bool MgrLightShaders::_ShutdownViews() {
         TOLEN_CHECK_TEXT(receiver.mapped()->GetShader() != nullptr, "null shader in the wrapper",
                          kSource);
     }
+    _EndViews();
     return true;
 }
 

@@ -53,6 +53,7 @@ private:
 
     /// Whether a listener has asked for the end of everything.
     bool _IsGoing() const { return _mustShutdown || _mustDestroy; }
+    void _EndViews();
     void _Shutdown();
     /// @return false when something that should be there is gone
     bool _ShutdownViews();

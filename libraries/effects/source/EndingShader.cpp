@@ -2,26 +2,11 @@
 
 #include "TolenEffects/IShader.h"
 
-#include <utility>
-
 namespace Tolen::Effects {
 
-bool EndingShader::AddListenerEnd(FastDelegate1<IShader*, bool>& listener) {
-    if (_pListeners == nullptr) {
-        _pListeners = std::make_unique<ListenerSet<FastDelegate1<IShader*, bool>>>();
-    }
-    return _pListeners->Add(listener);
-}
-
-bool EndingShader::RemoveListenerEnd(FastDelegate1<IShader*, bool>& listener) {
-    return _pListeners == nullptr || _pListeners->Remove(listener);
-}
-
 void EndingShader::_FireEnd(IShader* shader) {
-    if (_pListeners != nullptr) {
-        _pListeners->FireAll(shader);
-        _pListeners->Clear();
-    }
+    _listenersEnd.FireAll(shader);
+    _listenersEnd.Clear();
 }
 
 bool AddListenerEnd(IShader* shader, FastDelegate1<IShader*, bool>& listener) {

@@ -3,8 +3,6 @@
 #include "TolenCore/FastDelegate.h"
 #include "TolenCore/ListenerSet.h"
 
-#include <memory>
-
 namespace Tolen::Effects {
 
 class IShader;
@@ -14,8 +12,12 @@ class IShader;
 /// everybody whatever the others answer.
 class EndingShader {
 public:
-    bool AddListenerEnd(FastDelegate1<IShader*, bool>& listener);
-    bool RemoveListenerEnd(FastDelegate1<IShader*, bool>& listener);
+    bool AddListenerEnd(FastDelegate1<IShader*, bool>& listener) {
+        return _listenersEnd.Add(listener);
+    }
+    bool RemoveListenerEnd(FastDelegate1<IShader*, bool>& listener) {
+        return _listenersEnd.Remove(listener);
+    }
 
 protected:
     EndingShader() = default;
@@ -25,7 +27,7 @@ protected:
     void _FireEnd(IShader* shader);
 
 private:
-    std::unique_ptr<ListenerSet<FastDelegate1<IShader*, bool>>> _pListeners; ///< made when needed
+    ListenerSet<FastDelegate1<IShader*, bool>> _listenersEnd;
 };
 
 /// The same for any shader: one that does not come from this library only has delete listeners.

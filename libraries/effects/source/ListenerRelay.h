@@ -5,8 +5,6 @@
 #include "TolenCore/CreationOrder.h"
 #include "TolenCore/ListenerSet.h"
 
-#include <memory>
-
 namespace Tolen::Effects {
 
 /// Listeners to a shader that were added through a view of it: they hear what the shader tells, as
@@ -24,22 +22,19 @@ public:
         if (shader == nullptr) {
             return false;
         }
-        if (_pListeners == nullptr) {
-            _pListeners = std::make_unique<ListenerSet<Delegate>>();
-        }
-        if (_pListeners->IsEmpty()) {
+        if (_listeners.IsEmpty()) {
             Delegate onNotice = MakeDelegate(this, &ListenerRelay::_OnNotice);
             if (!(shader->*add)(onNotice)) {
                 return false;
             }
         }
-        return _pListeners->Add(listener);
+        return _listeners.Add(listener);
     }
 
     bool Remove(IShader* shader, Operation remove, Delegate& listener) {
-        if (_pListeners != nullptr && !_pListeners->IsEmpty()) {
-            _pListeners->Remove(listener);
-            if (_pListeners->IsEmpty()) {
+        if (!_listeners.IsEmpty()) {
+            _listeners.Remove(listener);
+            if (_listeners.IsEmpty()) {
                 _Detach(shader, remove);
             }
         }
@@ -48,8 +43,8 @@ public:
 
     /// Lets all listeners go.
     void Clear(IShader* shader, Operation remove) {
-        if (_pListeners != nullptr && !_pListeners->IsEmpty()) {
-            _pListeners->Clear();
+        if (!_listeners.IsEmpty()) {
+            _listeners.Clear();
             _Detach(shader, remove);
         }
     }
@@ -62,9 +57,9 @@ private:
         }
     }
 
-    bool _OnNotice(Args... args) { return _pListeners->Fire(args...); }
+    bool _OnNotice(Args... args) { return _listeners.Fire(args...); }
 
-    std::unique_ptr<ListenerSet<Delegate>> _pListeners; ///< made when needed
+    ListenerSet<Delegate> _listeners;
 };
 
 } // namespace Tolen::Effects

@@ -3,6 +3,7 @@
 #include "Graph.h"
 #include "ReferenceShaderGraph.h"
 #include "ReferenceShaderNode.h"
+#include "Shader.h"
 #include "TolenEffects/IShader.h"
 
 #include "TolenCore/Assert.h"
@@ -10,7 +11,8 @@
 namespace Tolen::Effects {
 
 IGraph* FindGraphForeign(IShader* shader, IGraph* graph) {
-    if (shader == graph->GetShader()) {
+    IShader* const root = graph->GetShader();
+    if (shader == root || shader == Shader::GetBase(root)) {
         return nullptr;
     }
     switch (graph->GetType()) {

@@ -151,7 +151,7 @@ public:
         last = progress;
         return progress.tilesDone != _cancelAt;
     }
-    RenderProgress last{0, 0};
+    RenderProgress last;
 
 private:
     int _cancelAt;

@@ -4,13 +4,14 @@
 #include "render/Reports.h"
 #include "render/Wavefront.h"
 #include "scene/Context.h"
+#include "scene/ScopedSeconds.h"
+#include "scene/StatisticsSum.h"
 
 #include "TolenCore/Result.h"
 
 #include <tbb/enumerable_thread_specific.h>
 
 #include <algorithm>
-#include <chrono>
 #include <climits>
 #include <exception>
 #include <mutex>
@@ -22,21 +23,6 @@ namespace {
 /// Samples of a pixel that are rendered before the next tile: enough to fill batches of many
 /// primitives, few enough to show progress.
 constexpr int kSamplesOfPass = 16;
-
-/// Adds the seconds of a scope to a counter.
-class ScopedSeconds {
-public:
-    explicit ScopedSeconds(double& seconds) : _seconds(seconds) {}
-    ~ScopedSeconds() { _seconds += std::chrono::duration<double>(Clock::now() - _start).count(); }
-    ScopedSeconds(const ScopedSeconds&) = delete;
-    ScopedSeconds& operator=(const ScopedSeconds&) = delete;
-
-private:
-    using Clock = std::chrono::steady_clock;
-
-    double& _seconds;
-    Clock::time_point _start = Clock::now();
-};
 
 RenderOutcome Fail(Result* result, const char* message) {
     if (result != nullptr) {
@@ -114,7 +100,7 @@ RenderOutcome Renderer::Render(Framebuffer& framebuffer, const RenderSettings& s
             const ScopedSeconds seconds(_context.GetCounters().renderSeconds);
             isFinished = _RunPasses(job, settings, ListTiles(framebuffer, settings), reports);
         }
-        reports.AddTo(_context.GetCounters());
+        AddStatistics(_context.GetCounters(), reports.counters);
         if (result != nullptr) {
             reports.Tell(_context.GetOptions().limits, _told, *result);
         }
@@ -129,8 +115,9 @@ bool Renderer::_RunPasses(const RenderJob& job, const RenderSettings& settings,
                           const std::vector<PixelRegion>& tiles, Reports& reports) {
     const std::int64_t passes =
         (std::int64_t{settings.samples} + kSamplesOfPass - 1) / kSamplesOfPass;
-    RenderProgress progress{0, passes * static_cast<std::int64_t>(tiles.size())};
-    std::mutex progressMutex;
+    RenderProgress progress;
+    progress.tiles = passes * static_cast<std::int64_t>(tiles.size());
+    std::mutex progressMutex; // guards the reports as well
     tbb::enumerable_thread_specific<Wavefront> wavefronts(
         [&] { return Wavefront(job, _team.GetKernelThread()); });
 
@@ -141,17 +128,17 @@ bool Renderer::_RunPasses(const RenderJob& job, const RenderSettings& settings,
             if (_isCancelled) {
                 return;
             }
-            wavefronts.local().RenderTile(tiles[index], settings.firstSample + done, samples);
+            Wavefront& wavefront = wavefronts.local();
+            wavefront.RenderTile(tiles[index], settings.firstSample + done, samples);
             const std::lock_guard lock(progressMutex);
+            reports.Add(wavefront.TakeReports());
+            progress.statistics = reports.counters;
             ++progress.tilesDone;
             if (!settings.progress(progress)) {
                 _isCancelled = true;
             }
         };
         _team.ForEach(tiles.size(), renderTile);
-    }
-    for (const Wavefront& wavefront : wavefronts) {
-        reports.Add(wavefront.GetReports());
     }
     return progress.tilesDone == progress.tiles;
 }

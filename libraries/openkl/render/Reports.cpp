@@ -5,6 +5,7 @@
 #include "scene/Primitive.h"
 #include "scene/Program.h"
 #include "scene/SceneObject.h"
+#include "scene/StatisticsSum.h"
 
 #include "TolenOpenKL/ContextOptions.h"
 
@@ -82,7 +83,7 @@ void Reports::Count(Problem problem, const PlanPrimitive& primitive, std::int64_
 }
 
 void Reports::Add(const Reports& other) {
-    other.AddTo(counters);
+    AddStatistics(counters, other.counters);
     for (const auto& [key, entry] : other._entries) {
         Entry& own = _entries[key];
         const std::int64_t count = own.count + entry.count;
@@ -90,24 +91,6 @@ void Reports::Add(const Reports& other) {
             own = entry;
         }
         own.count = count;
-    }
-}
-
-void Reports::AddTo(Statistics& statistics) const {
-    statistics.frameInvocations += counters.frameInvocations;
-    statistics.prefixInvocations += counters.prefixInvocations;
-    statistics.rayInvocations += counters.rayInvocations;
-    statistics.setupInvocations += counters.setupInvocations;
-    statistics.cameraRays += counters.cameraRays;
-    statistics.secondaryRays += counters.secondaryRays;
-    statistics.occlusionRays += counters.occlusionRays;
-    statistics.distanceRays += counters.distanceRays;
-    statistics.hits += counters.hits;
-    statistics.misses += counters.misses;
-    for (int i = 0; i < kProblem_Count; ++i) {
-        const auto problem = static_cast<Problem>(i);
-        Statistics copy = counters;
-        GetCounter(statistics, problem) += GetCounter(copy, problem);
     }
 }
 

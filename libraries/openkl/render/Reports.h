@@ -29,7 +29,7 @@ enum Problem {
     kProblem_Count,
 };
 
-/// Counts of one thread, brought together at the end of a render.
+/// Counts of one thread, brought together after each tile.
 class Reports {
 public:
     /// Counts something that happened in a program on a primitive.
@@ -39,7 +39,6 @@ public:
                int line = -1);
 
     void Add(const Reports& other);
-    void AddTo(Statistics& statistics) const;
 
     /// Tells each problem that @p told doesn't have yet, and enters it there.
     void Tell(const Limits& limits, std::set<std::string>& told, Result& result) const;

@@ -4,6 +4,7 @@
 #include "render/RayCones.h"
 #include "render/RenderPlan.h"
 #include "render/Surface.h"
+#include "scene/ScopedSeconds.h"
 #include "scene/ThreadTeam.h"
 
 #include "TolenOpenKL/ContextOptions.h"
@@ -20,6 +21,7 @@ namespace {
 /// Pixels along the side of what one batch of a frame program covers.
 constexpr int kBlockSide = 16;
 static_assert(kBlockSide * kBlockSide == kMaxLanes);
+static_assert(Statistics::kLanesOfBatch == kMaxLanes);
 
 /// Rays that one step takes from the stack.
 constexpr std::size_t kStepRays = 4096;
@@ -85,6 +87,7 @@ public:
 private:
     template <class Function>
     void _ForEach(const RayQuery& query, std::int64_t& counter, Function&& function) {
+        const ScopedSeconds seconds(_wavefront._reports.counters.intersectSeconds);
         std::int64_t invalid = 0;
         for (int lane = 0; lane < query.laneCount; ++lane) {
             if (query.pMask[lane] == 0) {
@@ -175,12 +178,9 @@ void Wavefront::_RunFrame(int blockX, int blockY, int sample) {
     }
     _rows.ClearAttributes();
 
-    const int lanes = static_cast<int>(_order.size());
-    _reports.counters.frameInvocations += lanes;
-    Queries queries(*this, frame, false);
-    BatchInput input = _rows.MakeInput(lanes, frame);
-    input.pRayQueries = &queries;
-    frame.pProgram->pKernel->Run(input, _thread.output, _thread.scratch);
+    _reports.counters.frameInvocations += static_cast<std::int64_t>(_order.size());
+    ++_reports.counters.frameBatches;
+    _RunKernel(frame, _order.size(), false);
 
     const Parents parents{_samples, _order.data(), true};
     _Finish(frame, parents);
@@ -217,10 +217,8 @@ void Wavefront::_RunPrefix() {
                          _job.plan.GetPrimitive(ray.primitive), program);
         }
         _reports.counters.prefixInvocations += static_cast<std::int64_t>(lanes);
-        Queries queries(*this, prefix, true);
-        BatchInput input = _rows.MakeInput(static_cast<int>(lanes), prefix);
-        input.pRayQueries = &queries;
-        program.pKernel->Run(input, _thread.output, _thread.scratch);
+        ++_reports.counters.prefixBatches;
+        _RunKernel(prefix, lanes, true);
         _Finish(prefix, {_step, indices, false});
 
         const BatchOutput& output = _thread.output;
@@ -266,11 +264,24 @@ void Wavefront::_RunBatch(const PlanPrimitive& primitive, const std::uint32_t* i
         _rows.SetVaryings(static_cast<int>(lane), ray, primitive);
     }
     _reports.counters.rayInvocations += static_cast<std::int64_t>(count);
-    Queries queries(*this, primitive, true);
-    BatchInput input = _rows.MakeInput(static_cast<int>(count), primitive);
-    input.pRayQueries = &queries;
-    primitive.pProgram->pKernel->Run(input, _thread.output, _thread.scratch);
+    ++_reports.counters.rayBatches;
+    _RunKernel(primitive, count, true);
     _Finish(primitive, {_step, indices, false});
+}
+
+/// Runs the program of a primitive for the rows that were filled.
+/// @param hasSurface whether the lanes stand on surfaces
+void Wavefront::_RunKernel(const PlanPrimitive& primitive, std::size_t lanes, bool hasSurface) {
+    Queries queries(*this, primitive, hasSurface);
+    BatchInput input = _rows.MakeInput(static_cast<int>(lanes), primitive);
+    input.pRayQueries = &queries;
+    Statistics& counters = _reports.counters;
+    const double intersectSeconds = counters.intersectSeconds;
+    {
+        const ScopedSeconds seconds(counters.shadeSeconds);
+        primitive.pProgram->pKernel->Run(input, _thread.output, _thread.scratch);
+    }
+    counters.shadeSeconds -= counters.intersectSeconds - intersectSeconds;
 }
 
 /// Takes over what a batch gave.
@@ -389,10 +400,13 @@ bool Wavefront::_MakeRay(const SpawnedRay& spawned, const RayRecord& parent, boo
 
 /// Traces what was spawned and stacks the rays that reached something.
 void Wavefront::_TraceSpawned(bool isCoherent) {
-    if (isCoherent) {
-        _job.tracer.TraceCoherent(_spawned);
-    } else {
-        _job.tracer.Trace(_spawned);
+    {
+        const ScopedSeconds seconds(_reports.counters.intersectSeconds);
+        if (isCoherent) {
+            _job.tracer.TraceCoherent(_spawned);
+        } else {
+            _job.tracer.Trace(_spawned);
+        }
     }
     for (std::size_t i = 0; i < _spawned.GetCount(); ++i) {
         RayRecord& ray = _spawned.GetRecord(i);

@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 namespace Tolen::OpenKL {
@@ -44,7 +45,8 @@ public:
     /// Renders samples of the pixels of @p tile, at most kTileSide along each side.
     void RenderTile(const PixelRegion& tile, int firstSample, int samples);
 
-    const Reports& GetReports() const { return _reports; }
+    /// What was reported since the last call.
+    Reports TakeReports() { return std::exchange(_reports, Reports()); }
 
 private:
     /// Where the rays of a batch come from.
@@ -57,6 +59,7 @@ private:
     void _RunPrograms();
     void _RunBatch(const PlanPrimitive& primitive, const std::uint32_t* indices, std::size_t count);
 
+    void _RunKernel(const PlanPrimitive& primitive, std::size_t lanes, bool hasSurface);
     void _Finish(const PlanPrimitive& primitive, const Parents& parents);
     void _Accumulate(const PlanPrimitive& primitive, const Parents& parents);
     void _Spawn(const PlanPrimitive& primitive, const Parents& parents);

@@ -31,6 +31,11 @@ const UniformStore& Primitive::GetUniforms() {
     return _uniforms;
 }
 
+bool Primitive::_CountWrite(bool isTaken) {
+    _context.GetCounters().uniformWrites += isTaken ? 1 : 0;
+    return isTaken;
+}
+
 #define TOLEN_DEFINE_UNIFORM(T)                                                                    \
     bool Primitive::SetUniform(const std::string& name, int location, const T& value) {            \
         return SetUniformArray(name, location, 1, &value);                                         \
@@ -38,7 +43,7 @@ const UniformStore& Primitive::GetUniforms() {
     bool Primitive::SetUniformArray(const std::string&, int location, int count,                   \
                                     const T* values) {                                             \
         GetUniforms();                                                                             \
-        return _uniforms.Write(location, count, values);                                           \
+        return _CountWrite(_uniforms.Write(location, count, values));                              \
     }
 TOLEN_UNIFORM_TYPES(TOLEN_DEFINE_UNIFORM)
 #undef TOLEN_DEFINE_UNIFORM
@@ -49,7 +54,7 @@ bool Primitive::SetUniformBlock(const std::string&, int location, IKLBuffer* buf
         return false;
     }
     GetUniforms();
-    return _uniforms.SetBlock(location, own);
+    return _CountWrite(_uniforms.SetBlock(location, own));
 }
 
 bool Primitive::SetUniformTexture(const std::string& name, int location, KLtexture texture) {

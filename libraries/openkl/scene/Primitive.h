@@ -75,6 +75,9 @@ public:
     std::uint64_t GetTransformVersion() const { return _transformVersion; }
 
 private:
+    /// Counts a write of a uniform that was taken. @return @p isTaken
+    bool _CountWrite(bool isTaken);
+
     Context& _context;
     KLprimitive _handle;
     std::string _name;

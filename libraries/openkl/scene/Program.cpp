@@ -3,6 +3,7 @@
 #include "compiler/LinkedProgram.h"
 #include "scene/Context.h"
 #include "scene/ObjectRegistry.h"
+#include "scene/ScopedSeconds.h"
 #include "scene/Shader.h"
 
 #include "TolenCore/Result.h"
@@ -45,7 +46,10 @@ bool Program::DetachShader(IKLShader* shader) {
 
 bool Program::Link(Result* result) {
     std::string messages;
-    _pCode = _Link(messages);
+    {
+        const ScopedSeconds seconds(_context.GetCounters().linkSeconds);
+        _pCode = _Link(messages);
+    }
     ++_context.GetCounters().programsLinked;
     if (_pCode == nullptr) {
         if (result != nullptr) {

@@ -88,7 +88,9 @@ void SceneObject::_BuildVertices(const TextureTable& textures, ThreadTeam& team,
         KernelThread& thread = team.GetKernelThread();
         binding.RunSetup(*_pCode->vertex, constants, thread);
         problems.stoppedInvocations += thread.output.stoppedInvocations;
-        statistics.vertexInvocations += static_cast<std::int64_t>(_primitive.GetVertexCount());
+        const std::size_t vertices = _primitive.GetVertexCount();
+        statistics.vertexInvocations += static_cast<std::int64_t>(vertices);
+        statistics.vertexBatches += static_cast<std::int64_t>(CountVertexBatches(vertices));
     }
     _vertices = RunVertexStage(_primitive, _pCode.get(), binding.Get(), constants, team);
     problems.stoppedInvocations += _vertices.stoppedInvocations;

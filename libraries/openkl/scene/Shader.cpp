@@ -3,6 +3,7 @@
 #include "compiler/CompiledShader.h"
 #include "scene/Context.h"
 #include "scene/Program.h"
+#include "scene/ScopedSeconds.h"
 
 #include "TolenCore/Result.h"
 
@@ -39,7 +40,10 @@ Shader::~Shader() {
 bool Shader::SetString(const std::string& text, Result* result) {
     _context.OnText(*this, text);
     std::string messages;
-    _pCompiled = CompileShader(ToStage(_type), text, messages);
+    {
+        const ScopedSeconds seconds(_context.GetCounters().compileSeconds);
+        _pCompiled = CompileShader(ToStage(_type), text, messages);
+    }
     ++_context.GetCounters().shadersCompiled;
     if (_pCompiled == nullptr && result != nullptr) {
         result->Add("%s", messages.c_str());

@@ -205,8 +205,7 @@ VertexValues RunVertexStage(const Primitive& primitive, const LinkedCode* code,
         stopped += thread.output.stoppedInvocations;
         StoreBatch(primitive, *code, thread.output, first, lanes, values);
     };
-    const std::size_t batches = (vertices + kMaxLanes - 1) / kMaxLanes;
-    team.ForEach(batches, runBatch);
+    team.ForEach(CountVertexBatches(vertices), runBatch);
     values.stoppedInvocations = stopped;
     return values;
 }

@@ -22,6 +22,11 @@ struct VertexValues {
     std::size_t stoppedInvocations = 0; ///< by the limit of loop steps
 };
 
+/// The batches that the vertex shader runs in.
+constexpr std::size_t CountVertexBatches(std::size_t vertices) {
+    return (vertices + kMaxLanes - 1) / kMaxLanes;
+}
+
 /// Runs the vertex shader of @p code for every vertex and carries positions and transformed
 /// varyings to world space. Without a vertex shader "a_Position" is the position.
 /// @param code null for a primitive without a program

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TolenOpenKL/Statistics.h"
+
 #include "TolenCore/FastDelegate.h"
 
 #include <cstdint>
@@ -8,8 +10,10 @@ namespace Tolen::OpenKL {
 
 /// How far a render has come.
 struct RenderProgress {
-    std::int64_t tilesDone;
-    std::int64_t tiles;
+    std::int64_t tilesDone = 0;
+    std::int64_t tiles = 0;
+    /// What this render has counted in those tiles; renderSeconds is left out.
+    Statistics statistics;
 };
 
 /// What to render.

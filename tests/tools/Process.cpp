@@ -2,12 +2,16 @@
 
 #include "support/paths/SourceFolder.h"
 
+#include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <spawn.h>
 #include <sstream>
 #include <stdexcept>
 #include <sys/wait.h>
+#include <unistd.h>
 
 namespace Tolen::Tests {
 
@@ -73,6 +77,41 @@ Ended RunProgram(const std::string& program, const std::vector<std::string>& arg
     command += " <" + _Quote("/dev/null") + " >" + _Quote(output) + " 2>" + _Quote(errors);
     const int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, _ReadFile(output), _ReadFile(errors)};
+}
+
+BackgroundProgram::BackgroundProgram(const std::string& program,
+                                     std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), ProgramFolder() + "/" + program);
+    std::vector<char*> pointers;
+    for (std::string& argument : arguments) {
+        pointers.push_back(argument.data());
+    }
+    pointers.push_back(nullptr);
+    posix_spawn_file_actions_t files;
+    posix_spawn_file_actions_init(&files);
+    posix_spawn_file_actions_addopen(&files, 0, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_addopen(&files, 1, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_adddup2(&files, 1, 2);
+    const int error =
+        posix_spawn(&_process, pointers.front(), &files, nullptr, pointers.data(), environ);
+    posix_spawn_file_actions_destroy(&files);
+    if (error != 0) {
+        throw std::runtime_error(arguments.front() + " can't be started");
+    }
+}
+
+BackgroundProgram::~BackgroundProgram() {
+    if (_process != 0) {
+        kill(_process, SIGKILL);
+        Wait();
+    }
+}
+
+int BackgroundProgram::Wait() {
+    int status = 0;
+    waitpid(_process, &status, 0);
+    _process = 0;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 } // namespace Tolen::Tests

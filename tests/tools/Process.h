@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <sys/types.h>
 #include <vector>
 
 namespace Tolen::Tests {
@@ -15,6 +16,22 @@ struct Ended {
 /// Runs a program of ours to its end, with no standard input.
 /// @param program its name in the program folder
 Ended RunProgram(const std::string& program, const std::vector<std::string>& arguments);
+
+/// A program of ours that runs while the test goes on; its output is dropped. What is left of it is
+/// killed with the object.
+class BackgroundProgram {
+public:
+    BackgroundProgram(const std::string& program, std::vector<std::string> arguments);
+    ~BackgroundProgram();
+    BackgroundProgram(const BackgroundProgram&) = delete;
+    BackgroundProgram& operator=(const BackgroundProgram&) = delete;
+
+    /// Waits for its end. @return as Ended::status tells
+    int Wait();
+
+private:
+    pid_t _process;
+};
 
 /// Writes a file into a fresh folder of this test's own, which goes when the process ends.
 /// @return the whole path

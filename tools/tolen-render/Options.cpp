@@ -67,6 +67,7 @@ bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus)
                    "render this picture of the animation alone, under the plain name")
         ->check(CLI::Range(1, 1000000));
     app.add_flag("--time-report", options.reportsTimes, "tell where the time went");
+    app.add_flag("--stats", options.printsStatistics, "count what was done");
     app.add_flag("--print-programs", options.printsPrograms, "print the generated texts");
     app.add_flag("-q,--quiet", options.isQuiet, "show no progress");
     try {

@@ -23,8 +23,12 @@ struct Options {
     int frames = 1;
     int frame = 0;        ///< the only one to render, from 1; 0 for all
     bool reportsTimes = false;
+    bool printsStatistics = false;
     bool printsPrograms = false;
     bool isQuiet = false;
+
+    /// Whether there is one picture to render, which gets the plain name of the output.
+    bool IsSingle() const { return animated.empty() || frame > 0; }
 };
 
 /// Reads the command line.

@@ -2,6 +2,7 @@
 
 #include "Options.h"
 #include "ProgressBar.h"
+#include "RenderStatistics.h"
 
 #include "scene/ElementValues.h"
 #include "scene/ImageFile.h"
@@ -211,14 +212,16 @@ private:
 };
 
 void _RenderPicture(SceneSession& session, const ScopedFramebuffer& framebuffer,
-                    const std::string& label, int samples, double time, bool isQuiet) {
+                    RenderStatistics& statistics, const std::string& label, int samples,
+                    double time, const Options& options) {
     const double total = static_cast<double>(framebuffer->GetWidth()) *
                          static_cast<double>(framebuffer->GetHeight()) * samples;
     std::optional<ProgressBar> bar;
-    if (!isQuiet) {
+    if (!options.isQuiet) {
         bar.emplace(label, "samples", total);
     }
-    auto show = [&bar](const OpenKL::RenderProgress& progress) {
+    auto show = [&](const OpenKL::RenderProgress& progress) {
+        statistics.OnProgress(progress);
         if (bar) {
             bar->Show(static_cast<double>(progress.tilesDone) /
                       static_cast<double>(progress.tiles));
@@ -231,8 +234,12 @@ void _RenderPicture(SceneSession& session, const ScopedFramebuffer& framebuffer,
     settings.progress = FastDelegate1<const OpenKL::RenderProgress&, bool>::Borrow(show);
     Result result;
     framebuffer->Clear();
+    session.GetContext().Prepare(&result);
+    statistics.BeginPicture(session.GetContext(),
+                            options.IsSingle() ? RenderStatistics::kStepsOfSinglePicture : 1);
     const OpenKL::RenderOutcome outcome =
         session.GetContext().Render(framebuffer.Get(), settings, &result);
+    statistics.EndPicture(session.GetContext());
     bar.reset();
     for (const std::string& message : result.GetMessages()) {
         std::fprintf(stderr, "%s\n", message.c_str());
@@ -251,8 +258,8 @@ void _ChooseRenderer(const std::string& name, SceneDescription& description) {
         }
     }
     if (std::find(known.begin(), known.end(), name) == known.end()) {
-        throw SceneError("--renderer", "there is no renderer effect '" + name + "'" +
-                                           SuggestName(name, known));
+        throw SceneError("--renderer",
+                         "there is no renderer effect '" + name + "'" + SuggestName(name, known));
     }
     description.renderer = name;
 }
@@ -260,6 +267,7 @@ void _ChooseRenderer(const std::string& name, SceneDescription& description) {
 } // namespace
 
 void RenderScene(const Options& options) {
+    RenderStatistics statistics;
     Times times;
     Clock::time_point start = Clock::now();
     SceneDescription description = LoadScene(options.scene);
@@ -294,7 +302,6 @@ void RenderScene(const Options& options) {
         session.Update();
         times.update += _SecondsSince(start);
     }
-    const bool isSingle = !animation || options.frame > 0;
     const int first = options.frame > 0 ? options.frame - 1 : 0;
     const int end = options.frame > 0 ? options.frame : options.frames;
     for (int frame = first; frame < end; ++frame) {
@@ -310,19 +317,22 @@ void RenderScene(const Options& options) {
             std::printf("%s", session.GetPrograms().c_str());
         }
         const std::string file =
-            isSingle ? options.output : _NumberFile(options.output, frame + 1);
+            options.IsSingle() ? options.output : _NumberFile(options.output, frame + 1);
         start = Clock::now();
-        _RenderPicture(session, framebuffer, file, samples, description.time, options.isQuiet);
+        _RenderPicture(session, framebuffer, statistics, file, samples, description.time, options);
         times.render += _SecondsSince(start);
         start = Clock::now();
         _Write(file, description, *framebuffer.Get());
         times.write += _SecondsSince(start);
     }
-    if (!isSingle) {
+    if (!options.IsSingle()) {
         _ReportCounts(session);
     }
     if (options.reportsTimes) {
         _ReportTimes(times, session);
+    }
+    if (options.printsStatistics) {
+        std::printf("%s", statistics.Print().c_str());
     }
 }
 

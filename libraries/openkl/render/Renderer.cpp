@@ -12,6 +12,7 @@
 #include <tbb/enumerable_thread_specific.h>
 
 #include <algorithm>
+#include <chrono>
 #include <climits>
 #include <exception>
 #include <mutex>
@@ -23,6 +24,12 @@ namespace {
 /// Samples of a pixel that are rendered before the next tile: enough to fill batches of many
 /// primitives, few enough to show progress.
 constexpr int kSamplesOfPass = 16;
+
+using Clock = std::chrono::steady_clock;
+
+double GetSecondsSince(Clock::time_point start) {
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
 
 RenderOutcome Fail(Result* result, const char* message) {
     if (result != nullptr) {
@@ -117,6 +124,7 @@ bool Renderer::_RunPasses(const RenderJob& job, const RenderSettings& settings,
         (std::int64_t{settings.samples} + kSamplesOfPass - 1) / kSamplesOfPass;
     RenderProgress progress;
     progress.tiles = passes * static_cast<std::int64_t>(tiles.size());
+    const Clock::time_point start = Clock::now();
     std::mutex progressMutex; // guards the reports as well
     tbb::enumerable_thread_specific<Wavefront> wavefronts(
         [&] { return Wavefront(job, _team.GetKernelThread()); });
@@ -133,6 +141,7 @@ bool Renderer::_RunPasses(const RenderJob& job, const RenderSettings& settings,
             const std::lock_guard lock(progressMutex);
             reports.Add(wavefront.TakeReports());
             progress.statistics = reports.counters;
+            progress.statistics.renderSeconds = GetSecondsSince(start);
             ++progress.tilesDone;
             if (!settings.progress(progress)) {
                 _isCancelled = true;

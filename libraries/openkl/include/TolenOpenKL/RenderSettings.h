@@ -12,7 +12,7 @@ namespace Tolen::OpenKL {
 struct RenderProgress {
     std::int64_t tilesDone = 0;
     std::int64_t tiles = 0;
-    /// What this render has counted in those tiles; renderSeconds is left out.
+    /// What this render has counted in those tiles.
     Statistics statistics;
 };
 

@@ -62,15 +62,8 @@ struct Resize {
     std::map<std::string, std::string> interfaces;
 };
 
-Vector3f Moved(const Vector3f& point) {
+Vector3f MovedPoint(const Vector3f& point) {
     return {point.x + kMiddle.x, point.y + kMiddle.y, point.z + kMiddle.z};
-}
-
-Matrix44f Moved(Matrix44f transform) {
-    transform(0, 3) += kMiddle.x;
-    transform(1, 3) += kMiddle.y;
-    transform(2, 3) += kMiddle.z;
-    return transform;
 }
 
 } // namespace
@@ -153,6 +146,13 @@ Matrix44f LightLibrary::MakeTransform(const Vector3f& x, const Vector3f& y, cons
     return transform;
 }
 
+Matrix44f LightLibrary::Moved(Matrix44f transform) {
+    transform(0, 3) += kMiddle.x;
+    transform(1, 3) += kMiddle.y;
+    transform(2, 3) += kMiddle.z;
+    return transform;
+}
+
 OpenKL::IPrimitive* LightLibrary::PutInTheWay(const OpenKL::Mesh& mesh,
                                               const Matrix44f& transform) {
     OpenKL::IPrimitive* const thing = context->CreatePrimitive();
@@ -171,7 +171,7 @@ std::vector<ShaderLibrary::Pixel> LightLibrary::MeasureIrradiance(IShader* light
         EXPECT_TRUE(meter->GetParameter(input)->SetLength(static_cast<int>(spots.size())));
     }
     for (std::size_t i = 0; i < spots.size(); ++i) {
-        SetCell({meter, static_cast<int>(i)}, "points", Moved(spots[i].point));
+        SetCell({meter, static_cast<int>(i)}, "points", MovedPoint(spots[i].point));
         SetCell({meter, static_cast<int>(i)}, "normals", spots[i].normal);
     }
     const std::size_t rows = 16;

@@ -53,6 +53,8 @@ protected:
     /// A rotation from the axes x, y, z and a translation.
     static Matrix44f MakeTransform(const Vector3f& x, const Vector3f& y, const Vector3f& z,
                                    const Vector3f& position);
+    /// From where the meter has its origin to the world.
+    static Matrix44f Moved(Matrix44f transform);
     /// In the space of the lights.
     OpenKL::IPrimitive* PutInTheWay(const OpenKL::Mesh& mesh, const Matrix44f& transform);
 

@@ -146,6 +146,10 @@ Matrix44f LightLibrary::MakeTransform(const Vector3f& x, const Vector3f& y, cons
     return transform;
 }
 
+Vector3f LightLibrary::ToMeter(const Vector3f& point) {
+    return {point.x - kMiddle.x, point.y - kMiddle.y, point.z - kMiddle.z};
+}
+
 Matrix44f LightLibrary::Moved(Matrix44f transform) {
     transform(0, 3) += kMiddle.x;
     transform(1, 3) += kMiddle.y;

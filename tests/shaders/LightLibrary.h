@@ -55,6 +55,8 @@ protected:
                                    const Vector3f& position);
     /// From where the meter has its origin to the world.
     static Matrix44f Moved(Matrix44f transform);
+    /// From the world to where the meter has its origin.
+    static Vector3f ToMeter(const Vector3f& point);
     /// In the space of the lights.
     OpenKL::IPrimitive* PutInTheWay(const OpenKL::Mesh& mesh, const Matrix44f& transform);
 

@@ -1,16 +1,99 @@
 #include "shaders/LightLibrary.h"
 
+#include "support/paths/SourceFolder.h"
+
 #include "TolenEffects/IMgrLightShaders.h"
 #include "TolenEffects/IParameter.h"
 #include "TolenOpenKLWrapper/IKLTexImage2D.h"
 
+#include <algorithm>
 #include <cmath>
+#include <fstream>
+#include <iterator>
+#include <numbers>
+#include <sstream>
 
 namespace Tolen::Tests {
 namespace {
 
 using Effects::IMgrLightShaders;
 using Effects::IShader;
+
+/// As docs/lights.md shows it, to the letter.
+void ConnectLamp(Effects::MgrEffects& manager, IMgrConsole* console, IShader* paths) {
+    Result result;
+    using namespace Tolen::Effects;
+
+    IMgrLightShaders* const lights = CreateMgrLightShaders();
+    lights->Init(&manager, console); // the libraries of shaders/lights are loaded by now
+
+    IShader* const lamp = lights->CreateShader("LightPointArray", &result);
+    lamp->SetParameter(&result, "intensity", Vector3f(60.0f, 55.0f, 45.0f));
+    lamp->SetParameter(&result, "decay", lights->CreateShader("LightDecayInvSquareArray", &result));
+    lamp->SetParameter(&result, "shadow", lights->CreateShader("ShadowSharpArray", &result));
+
+    IShader* const cone = lights->CreateShader("LightFocusConeArray", &result);
+    cone->SetParameter(&result, "inner", 15.0f);
+    cone->SetParameter(&result, "outer", 35.0f);
+    lamp->SetParameter(&result, "focus", cone);
+
+    // Lights shine along -z; this one turns -z to -y.
+    Matrix44f place;
+    place(1, 1) = 0.0f, place(1, 2) = 1.0f, place(2, 1) = -1.0f, place(2, 2) = 0.0f;
+    place(0, 3) = -1.0f, place(1, 3) = 3.0f;
+    IShader* const standing = lights->CreateShader("LightInstanceStandardArray", &result);
+    standing->SetParameter(&result, "light", lamp);
+    standing->SetParameter(&result, "transform", place);
+
+    IShader* const all = lights->CreateShader("LightManagerArray", &result);
+    all->GetParameter("lights")->SetLength(1);
+    all->SetParameter(&result, "lights", standing, 0);
+    paths->SetParameter(&result, "lighting", all); // a PathTracer, the integrator of all materials
+    EXPECT_TRUE(result.IsEmpty()) << result.GetLast();
+}
+
+class LightsDocument : public LightLibrary {};
+
+TEST_F(LightsDocument, ItsLamp_ShinesInItsCone) {
+    IShader* const paths = Make("PathTracer");
+    ConnectLamp(manager, console.Get(), paths);
+    IShader* lighting = nullptr;
+    ASSERT_TRUE(paths->GetParameter("lighting")->Get(lighting));
+    // Below the lamp, beside of that, and out of its cone.
+    std::vector<Spot> spots;
+    for (const float x : {-1.0f, -2.3f, -3.5f}) {
+        spots.push_back({ToMeter({x, 0.0f, -0.1f}), {0.0f, 1.0f, 0.0f}});
+    }
+    const std::vector<Pixel> pixels = MeasureIrradiance(lighting, spots, 1);
+    const auto expect = [](double x) {
+        const double square = x * x + 9.0 + 0.01;
+        const double cosine = 3.0 / std::sqrt(square);
+        const double inner = std::cos(15.0 * std::numbers::pi / 180.0);
+        const double outer = std::cos(35.0 * std::numbers::pi / 180.0);
+        const double part = std::clamp((cosine - outer) / (inner - outer), 0.0, 1.0);
+        return 60.0 / square * cosine * part * part;
+    };
+    EXPECT_NEAR(pixels[0][0], expect(0.0), 1e-3);
+    EXPECT_NEAR(pixels[1][0], expect(1.3), 1e-3);
+    EXPECT_GT(pixels[1][0], 0.1f);
+    EXPECT_EQ(pixels[2][0], 0.0f);
+    Effects::DestroyMgrLightShaders();
+}
+
+TEST(LightsPage, ShowsTheLampThatIsTested) {
+    const auto read = [](const std::string& file) {
+        std::ifstream stream(SourceFolder() + "/" + file);
+        return std::string(std::istreambuf_iterator<char>(stream), {});
+    };
+    const std::string page = read("docs/lights.md");
+    const std::size_t begin = page.find("```cpp\n") + 7;
+    std::istringstream block(page.substr(begin, page.find("```", begin) - begin));
+    std::string code;
+    for (std::string line; std::getline(block, line);) {
+        code += (line.empty() ? "" : "    ") + line + "\n";
+    }
+    EXPECT_NE(read("tests/shaders/LightShadersTest.cpp").find(code), std::string::npos);
+}
 
 /// Lights as clients make them, by the light manager.
 class LightShaders : public LightLibrary {

@@ -26,13 +26,15 @@ class IShader;
 ///
 ///     IMgrLightShaders* lights = CreateMgrLightShaders();
 ///     lights->Init(effects, console);
-///     IShader* receiver = lights->CreateShader("LightManagerArray", &result);
 ///     IShader* lamp = lights->CreateShader("LightPointArray", &result);
-///     lamp->SetParameter(&result, "intensity", 10.0f);
+///     lamp->SetParameter(&result, "intensity", Vector3f(10.0f, 10.0f, 10.0f));
 ///     IShader* decay = lights->CreateShader("LightDecayInvSquareArray", &result);
-///     lamp->SetParameter(&result, "lightDecay", decay);
+///     lamp->SetParameter(&result, "decay", decay);
+///     IShader* standing = lights->CreateShader("LightInstanceStandardArray", &result);
+///     standing->SetParameter(&result, "light", lamp);
+///     IShader* receiver = lights->CreateShader("LightManagerArray", &result);
 ///     receiver->GetParameter("lights")->SetLength(1);
-///     receiver->SetParameter(&result, "lights", lamp, 0);
+///     receiver->SetParameter(&result, "lights", standing, 0);
 ///
 /// How shaders of the library find each other: an input `x` that takes shaders has a companion of
 /// integers, `xRef`, which the client does not see. It stores for each light where the connected

@@ -8,6 +8,11 @@ function(tolen_target target)
     target_compile_options(${target} PRIVATE
       -fsanitize=${TOLEN_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all -g1)
     target_link_options(${target} PRIVATE -fsanitize=${TOLEN_SANITIZE})
+    if(TOLEN_SANITIZE MATCHES thread AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+      # The stack of calls would be written down at every allocation, which takes gigabytes where
+      # graphs are deep. Without it reports name the innermost function alone.
+      target_compile_options(${target} PRIVATE --param=tsan-instrument-func-entry-exit=0)
+    endif()
   endif()
 endfunction()
 

@@ -1,7 +1,6 @@
 #include "EngineRig.h"
 
 #include "effects/SmallStack.h"
-#include "support/Sanitizers.h"
 
 #include <gtest/gtest.h>
 
@@ -131,9 +130,6 @@ TEST(EngineCalls, ChainsOfConstructors_RunInSetupAndMain) {
 }
 
 TEST(EngineCalls, ChainsUpToTheLimit_CompileAndLongerOnesNameItAndTheFunction) {
-    if (Tests::kIsThreadSanitized) {
-        GTEST_SKIP() << "deeper than the stacks that the sanitizer can write down";
-    }
     // Each call takes two levels, main three and the last variable one.
     const int most = (65536 - 4) / 2;
     Effects::Tests::OnSmallStack([&] {

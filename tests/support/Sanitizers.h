@@ -8,8 +8,7 @@ namespace Tolen::Tests {
 #define TOLEN_HAS_FEATURE(feature) false
 #endif
 
-/// Whether the thread sanitizer watches. It writes the whole stack down at every allocation, so that
-/// deep recursion takes time by the square of its depth, and it gives up at 65,536 calls.
+/// Whether the thread sanitizer watches.
 #if defined(__SANITIZE_THREAD__)
 constexpr bool kIsThreadSanitized = true;
 #else

@@ -1,5 +1,7 @@
 #include "shaders/LightLibrary.h"
 
+#include "scene/IesImage.h"
+
 #include "TolenOpenKLWrapper/IKLTexImage2D.h"
 
 #include <algorithm>
@@ -34,8 +36,9 @@ protected:
 
     LightParts() : point(Add("LightPointArray")) {}
 
-    /// Compares at places all around, but for those within @p margin of where the formula jumps.
-    void ExpectFactor(const char* input, const Cell& part, const Formula& formula) {
+    /// Compares at places all around.
+    void ExpectFactor(const char* input, const Cell& part, const Formula& formula,
+                      double tolerance = 1e-3) {
         const Cell instance = Place(point, {{input, part}});
         std::vector<Spot> spots;
         for (int i = 0; i < 500; ++i) {
@@ -66,7 +69,7 @@ protected:
                                             static_cast<double>(spots[i].point.z));
             bright += expected > 0.0;
             const double apart = std::abs(static_cast<double>(pixels[i][0]) - expected);
-            wrong += apart > 1e-3 * std::max(1.0, expected);
+            wrong += apart > tolerance * std::max(1.0, expected);
         }
         EXPECT_GT(bright, 10);
         // Edges may be met by a spot, which rounding then puts on either side.
@@ -226,6 +229,23 @@ TEST_F(LightParts, AMeasuredEmission_ReadsItsImageByPhiAndTheta) {
         const double theta = std::acos(-z / std::sqrt(x * x + y * y + z * z));
         return 0.1 * (1.0 + std::floor(phi / (0.5 * kPi)) + 4.0 * std::floor(3.0 * theta / kPi));
     });
+}
+
+TEST_F(LightParts, ALuminaire_ShinesWithTheCandelasOfItsFile) {
+    const std::vector<double> thetas = {0.0, 50.0, 90.0, 180.0};
+    const std::vector<double> phis = {0.0, 100.0, 220.0, 360.0};
+    const Scene::Photometry lamp(
+        Scene::Photometry::kSymmetry_None, thetas, phis,
+        {3.0, 5.0, 1.0, 0.5, 3.0, 4.0, 2.0, 0.5, 3.0, 1.0, 6.0, 0.5, 3.0, 5.0, 1.0, 0.5});
+    const Cell measured = Add("EmissionGoniophotometricArray");
+    ConnectCell(measured, "texture", MakeTexture(Scene::MakeIesImage(lamp), KL_LINEAR));
+    ExpectFactor(
+        "emission", measured,
+        [&lamp](double x, double y, double z) {
+            const double theta = std::acos(-z / std::sqrt(x * x + y * y + z * z));
+            return lamp.GetCandela(theta * 180.0 / kPi, std::atan2(y, x) * 180.0 / kPi);
+        },
+        0.02);
 }
 
 /// The quarters of an image: 1 and 2 below, 3 and 4 above.

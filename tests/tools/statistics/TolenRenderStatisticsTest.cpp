@@ -100,7 +100,7 @@ TEST(TolenRenderStatistics, OfAnAnimation_HaveASlotForEachPicture) {
 TEST(TolenRenderStatistics, OfASinglePicture_GoIntoTheFileByItsSteps) {
     const std::string file = GetTemporary("statistics.jsonl");
     const StatsEnvironment environment(nullptr, file.c_str());
-    EXPECT_EQ(RunProgram("tolen-render", GetArguments({"--samples", "1600"})).status, 0);
+    EXPECT_EQ(RunProgram("tolen-render", GetArguments({"--samples", "256"})).status, 0);
     std::ifstream stream(file);
     const nlohmann::json list = nlohmann::json::parse(stream);
     ASSERT_FALSE(list.empty());
@@ -112,7 +112,7 @@ TEST(TolenRenderStatistics, OfASinglePicture_GoIntoTheFileByItsSteps) {
                 EXPECT_GT(value, 0);
                 sum += value.get<std::int64_t>();
             }
-            EXPECT_EQ(sum, 1600 * 64 * 64);
+            EXPECT_EQ(sum, 256 * 64 * 64);
         }
     }
 }
@@ -134,7 +134,7 @@ TEST(TolenRenderStatistics, CanBeReadWhileAPictureIsRendered) {
 
 TEST(TolenRenderStatistics, AClientThatStays_HoldsNoEndUp) {
     const StatsEnvironment environment("1", nullptr);
-    BackgroundProgram renderer("tolen-render", GetArguments({"--samples", "2000"}));
+    BackgroundProgram renderer("tolen-render", GetArguments({"--samples", "400"}));
     IPCWrapperTCPIP client("localhost", StatsProtocol::kPort, StatsProtocol::kPort);
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (!client.IsConnected() && std::chrono::steady_clock::now() < end) {

@@ -182,6 +182,17 @@ TEST_F(ForeignGraphTest, AChangeOfStructure_CompilesBothAndLinksAgain) {
     EXPECT_TRUE(IsCurrent()) << console.GetAll();
 }
 
+TEST_F(ForeignGraphTest, AChangeOfTheGraphAlone_MakesTheProgramStale) {
+    MakeScene();
+    EXPECT_TRUE(own->AcquireAttribute(kType_Vec2, "Coord", kTransformationCoord_Coord));
+    ASSERT_TRUE(IsCurrent()) << console.GetAll();
+    // The attribute stays, as the leaf has it too, so that nothing else tells of it.
+    EXPECT_TRUE(own->ReleaseAttribute("Coord"));
+    EXPECT_FALSE(own->IsCompiled());
+    EXPECT_FALSE(effect->IsCompiled());
+    EXPECT_TRUE(IsCurrent()) << console.GetAll();
+}
+
 TEST_F(ForeignGraphTest, AGraphThatGoesWhileItIsUsed_LeavesItsShaderToTheUser) {
     MakeScene();
     ASSERT_TRUE(IsCurrent()) << console.GetAll();

@@ -258,7 +258,13 @@ bool ReferenceShaderGraph::_OnChangeValueGraph(IGraph*, DelegateUpdate& update) 
 
 bool ReferenceShaderGraph::_OnChangeStructureGraph(IGraph*) {
     TOLEN_CHECK(false, "Source/ReferenceShaderGraph");
-    return _listenersChangeStructure.Fire(this);
+    const LifeToken::Watch alive = _life.GetWatch();
+    const bool heard = _listenersChangeStructure.Fire(this);
+    // Changes of shaders are heard there in any case, those of the graph alone only by this way.
+    if (alive && _IsGraphAlive() && _pUser->IsCompiled()) {
+        _pUser->OnChangeReference();
+    }
+    return heard;
 }
 
 } // namespace Tolen::Effects

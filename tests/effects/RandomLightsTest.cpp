@@ -221,6 +221,8 @@ protected:
     }
 
     void Compare() {
+        context.GetLog().Clear();
+        _contextFresh.GetLog().Clear();
         _pScene->Receive(_nodes);
         Scene fresh(_managerFresh, console.Get());
         fresh.Build(_nodes);

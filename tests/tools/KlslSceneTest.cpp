@@ -142,7 +142,9 @@ TEST(KlslScene, EveryGalleryScene_IsPrintedAndDrawn) {
             continue;
         }
         EXPECT_EQ(RunProgram("klsl", {"print", entry.path()}).status, 0) << entry.path();
-        EXPECT_EQ(RunProgram("klsl", {"graph", entry.path(), "-o", GetTemporary("g.svg")}).status, 0)
+        // Graphviz takes minutes for thousands of tables, so that large ones stay texts.
+        const char* const file = entry.file_size() > 40000 ? "g.dot" : "g.svg";
+        EXPECT_EQ(RunProgram("klsl", {"graph", entry.path(), "-o", GetTemporary(file)}).status, 0)
             << entry.path();
         ++count;
     }

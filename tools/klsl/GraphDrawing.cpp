@@ -110,11 +110,41 @@ private:
             _Add(*_session.GetShaders().GetAll().at(described.name));
         }
         for (const SceneDescription::Shader& described : _description.shaders) {
-            for (IShader* const shader :
-                 GetShadersBelow(*_session.GetShaders().GetAll().at(described.name))) {
-                _Add(*shader);
+            IShader& owner = *_session.GetShaders().GetAll().at(described.name);
+            _AddDefaults(GetConnections(GetInputs(owner)), &described);
+            _AddDefaults(GetConnections(GetInputs(*owner.GetPrototype())), nullptr);
+        }
+    }
+
+    /// Those that are connected without a word in the description, and all below them.
+    void _AddDefaults(const std::vector<Connection>& connections,
+                      const SceneDescription::Shader* described) {
+        for (const Connection& connection : connections) {
+            IShader* const shader = _FindConnected(connection, described);
+            if (shader != nullptr && !_described.contains(shader)) {
+                for (IShader* const below : GetShadersBelow(*shader)) {
+                    _Add(*below);
+                }
             }
         }
+    }
+
+    /// What the description connects to a cell, as it names it, or what is there otherwise. All lights
+    /// of a kind are one shader in the end, which may be what an input answers.
+    IShader* _FindConnected(const Connection& cell,
+                            const SceneDescription::Shader* described) const {
+        if (described == nullptr || cell.pShader == nullptr) {
+            return cell.pShader;
+        }
+        for (const auto& [name, value] : described->inputs) {
+            if (name == cell.input) {
+                const JsonNode node =
+                    cell.index < 0 ? value
+                                   : value.GetElements()[static_cast<std::size_t>(cell.index)];
+                return _session.GetShaders().Find(node.AsString(), node);
+            }
+        }
+        return cell.pShader;
     }
 
     /// Whether @p shader is a default that has nothing to show but its class, which then stands in the
@@ -216,25 +246,27 @@ private:
                 _DrawRow("", named.name, texture.empty() ? DescribeValue(*named.pInput) : texture);
                 continue;
             }
-            if (named.pInput->IsArray() && named.pInput->GetLength() == 0) {
+            if (TakesList(*named.pInput) && named.pInput->GetLength() == 0) {
                 _DrawRow("", named.name, "[]");
             }
             for (const Connection& cell : GetConnections({named})) {
                 const std::string port = cell.index < 0
                                              ? "i_" + cell.input
                                              : Format("i_%s_%d", cell.input.c_str(), cell.index);
-                if (cell.pShader == nullptr) {
+                IShader* const shader = _FindConnected(cell, described);
+                if (shader == nullptr) {
                     _DrawRow(port, cell.GetLabel(), "not connected", "#c00000");
                     continue;
                 }
-                if (_IsPlain(*cell.pShader)) {
-                    _DrawRow(port, cell.GetLabel(), Escape(cell.pShader->GetClassName()), "#a0a0a0");
+                if (_IsPlain(*shader)) {
+                    _DrawRow(port, cell.GetLabel(), Escape(shader->GetClassName()), "#a0a0a0");
                     continue;
                 }
+                const bool isDefault = !_described.contains(shader);
                 _DrawRow(port, cell.GetLabel(), named.pInput->GetType(),
-                         cell.isDefault ? "#a0a0a0" : "#606060");
-                _edges += "    " + _ids.at(cell.pShader) + " -> " + id + ":" + port + ":w" +
-                          (cell.isDefault ? " [color=\"#a0a0a0\"]" : "") + ";\n";
+                         isDefault ? "#a0a0a0" : "#606060");
+                _edges += "    " + _ids.at(shader) + " -> " + id + ":" + port + ":w" +
+                          (isDefault ? " [color=\"#a0a0a0\"]" : "") + ";\n";
             }
         }
     }

@@ -32,6 +32,13 @@ std::string Connection::GetLabel() const {
     return index < 0 ? input : input + "[" + std::to_string(index) + "]";
 }
 
+bool TakesList(IParameter& input) {
+    // A list answers with its first cell, but never takes a shader without an index. What takes one
+    // stays as it is, as it has that shader already.
+    IShader* shader = nullptr;
+    return input.IsArray() && !(input.Get(shader) && input.Set(shader));
+}
+
 std::vector<NamedInput> GetInputs(IShader& shader) { return _GetInputs(shader); }
 
 std::vector<NamedInput> GetInputs(IPrototypeShader& prototype) { return _GetInputs(prototype); }
@@ -50,16 +57,16 @@ std::vector<Connection> GetConnections(const std::vector<NamedInput>& inputs) {
         if (input->GetClass() != IParameter::kClass_Interface) {
             continue;
         }
-        if (!input->IsArray()) {
+        if (!TakesList(*input)) {
             IShader* shader = nullptr;
             input->Get(shader);
-            connections.push_back({input, name, -1, shader, input->IsDefault()});
+            connections.push_back({input, name, -1, shader});
             continue;
         }
         for (int index = 0; index < input->GetLength(); ++index) {
             IShader* shader = nullptr;
             input->Get(shader, index);
-            connections.push_back({input, name, index, shader, input->IsDefault(index)});
+            connections.push_back({input, name, index, shader});
         }
     }
     return connections;

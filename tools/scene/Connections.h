@@ -17,7 +17,6 @@ struct Connection {
     std::string input;           ///< its name
     int index;                   ///< the cell of an array; -1 for a single input
     Effects::IShader* pShader;   ///< borrowed; null when the cell is empty
-    bool isDefault;              ///< whether the shader was made from the declaration
 
     /// "color", or "layers[2]" for a cell of an array.
     std::string GetLabel() const;
@@ -28,6 +27,10 @@ struct NamedInput {
     std::string name;
     Effects::IParameter* pInput; ///< borrowed
 };
+
+/// Whether an interface input takes a list of shaders. That of a light takes one, though the class
+/// of all lights of its kind has a list.
+bool TakesList(Effects::IParameter& input);
 
 /// All inputs, by name. Those of a prototype are the static ones.
 std::vector<NamedInput> GetInputs(Effects::IShader& shader);

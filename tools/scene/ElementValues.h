@@ -1,6 +1,7 @@
 #pragma once
 
 #include "scene/JsonNode.h"
+#include "scene/Transform.h"
 
 #include "TolenEffects/ElementTypes.h"
 
@@ -54,13 +55,28 @@ T MakeElement(const double* numbers) {
     }
 }
 
-/// The numbers of one element in a scene file: a number, true or false, or a list.
+/// Whether a value is a transform by its steps.
+inline bool IsTransform(const JsonNode& node) {
+    const nlohmann::json& value = node.GetValue();
+    return value.is_array() && (value.empty() || value.front().is_object());
+}
+
+/// The numbers of one element in a scene file: a number, true or false, or a list; for a mat4 also
+/// the steps of a transform.
 inline std::vector<double> ReadElement(const JsonNode& node, Effects::TypeSpecifier type) {
     if (type == Effects::kType_Bool) {
         return {node.AsBool() ? 1.0 : 0.0};
     }
     if (type == Effects::kType_Int) {
         return {static_cast<double>(node.AsInt(-2147483647 - 1, 2147483647))};
+    }
+    if (type == Effects::kType_Mat4 && IsTransform(node)) {
+        const Matrix44f matrix = ReadTransform(node);
+        std::vector<double> numbers;
+        for (int i = 0; i < 16; ++i) {
+            numbers.push_back(static_cast<double>(matrix(i / 4, i % 4)));
+        }
+        return numbers;
     }
     const std::size_t count = CountNumbers(type);
     if (count == 0) {

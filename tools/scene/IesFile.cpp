@@ -279,6 +279,10 @@ double Photometry::GetMostCandela() const {
     return *std::max_element(_candelas.begin(), _candelas.end());
 }
 
+bool IsIesFile(const std::string& file) {
+    return file.ends_with(".ies") || file.ends_with(".IES");
+}
+
 Photometry ParseIes(const std::string& name, const std::string& text) {
     return IesReader(name, text).Read();
 }

@@ -54,6 +54,9 @@ private:
     std::vector<double> _candelas;
 };
 
+/// Whether the ending of a name is that of IES files.
+bool IsIesFile(const std::string& file);
+
 /// Reads a file in the format LM-63 of the IES, of 1986 to 2019, with photometry of type C. Lamps
 /// that change with their tilt are taken upright. All factors of the file are applied.
 /// @throws IesError; std::runtime_error when the file can't be read

@@ -12,9 +12,8 @@ constexpr double kPi = 3.14159265358979323846;
 
 const char* const kIesImageComments =
     "Luminous intensity in candela by direction. Columns are phi from 0 to 360 degrees, from left to "
-    "right. Rows are theta from 0 degrees, straight down, in the lowest row to 180, straight up, in "
-    "the highest one. A shader reads it at vec2(phi / 360, theta / 180), repeated along the first "
-    "coordinate and clamped along the second.";
+    "right. Rows are theta from 0 degrees, straight down, at the bottom to 180, straight up, at the "
+    "top. A shader reads it at vec2(phi / 360, theta / 180), clamped.";
 
 Image MakeIesImage(const Photometry& photometry, int width, int height) {
     Image image{width, height, {}};

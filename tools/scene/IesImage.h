@@ -11,7 +11,7 @@ constexpr int kIesImageWidth = 720;
 constexpr int kIesImageHeight = 360;
 
 /// An image of the intensities in all directions, in candela as grey: columns are phi from 0 to 360
-/// degrees, rows theta from 0, the lowest row, to 180. The middle of each texel is exact.
+/// degrees, rows theta from 0 at the bottom to 180 at the top. The middle of each texel is exact.
 Image MakeIesImage(const Photometry& photometry, int width = kIesImageWidth,
                    int height = kIesImageHeight);
 

@@ -85,6 +85,7 @@ private:
             const aiMatrix4x4 place = step.parent * step.node->mTransformation;
             _AddInstances(*step.node, place);
             _AddCameras(*step.node, place);
+            _AddLights(*step.node, place);
             for (unsigned int i = step.node->mNumChildren; i-- > 0;) {
                 steps.push_back({step.node->mChildren[i], place});
             }
@@ -128,6 +129,35 @@ private:
             _model.cameras.push_back({camera.mName.C_Str(), _ToVector(position),
                                       _ToVector(position + (turn * camera.mLookAt).Normalize()),
                                       _ToVector(up), angle * 57.29577951308232, aspect});
+        }
+    }
+
+    /// Lights belong to the nodes of their names, too.
+    void _AddLights(const aiNode& node, const aiMatrix4x4& place) {
+        for (unsigned int i = 0; i < _scene.mNumLights; ++i) {
+            const aiLight& light = *_scene.mLights[i];
+            if (light.mName != node.mName || !_HasInverse(place)) {
+                continue;
+            }
+            const auto kind = light.mType == aiLightSource_DIRECTIONAL ? Model::Light::kKind_Directional
+                              : light.mType == aiLightSource_SPOT      ? Model::Light::kKind_Spot
+                                                                       : Model::Light::kKind_Point;
+            const auto bounded = [](float value, float most) {
+                return value > 0.0f ? std::min(value, most) : 0.0f;
+            };
+            constexpr float kMostLight = 1e12f;
+            constexpr float kDegrees = 57.2957795f;
+            const aiColor3D& color = light.mColorDiffuse;
+            float range = 0.0f;
+            if (node.mMetaData != nullptr) {
+                node.mMetaData->Get("PBR_LightRange", range);
+            }
+            _model.lights.push_back({light.mName.C_Str(), kind, _ToMatrix(place),
+                                     {bounded(color.r, kMostLight), bounded(color.g, kMostLight),
+                                      bounded(color.b, kMostLight)},
+                                     bounded(light.mAngleInnerCone * kDegrees, 90.0f),
+                                     bounded(light.mAngleOuterCone * kDegrees, 90.0f),
+                                     bounded(range, kMostLight)});
         }
     }
 

@@ -74,11 +74,22 @@ struct Model {
         double fieldOfView; ///< degrees, bottom to top
         double aspect;      ///< width by height; 0 when the file leaves it open
     };
+    struct Light {
+        enum Kind { kKind_Point, kKind_Spot, kKind_Directional };
+        std::string name;
+        Kind kind;
+        Matrix44f transform; ///< it shines along -z
+        Vector3f light;      ///< candela; of a directional one lux
+        float inner;         ///< of a spot: up to here its light is even, degrees from its axis
+        float outer;         ///< likewise, from here on there is none
+        float range;         ///< where its light ends; 0 for nowhere
+    };
 
     std::vector<ModelMaterial> materials;
     std::vector<Mesh> meshes;
     std::vector<Instance> instances; ///< of meshes with triangles
     std::vector<Camera> cameras;
+    std::vector<Light> lights;
     std::map<std::string, Image> images;
     std::vector<std::string> warnings; ///< what was left out and why
 };

@@ -21,6 +21,13 @@ using nlohmann::json;
 
 json _ToJson(const Vector3f& v) { return {v.x, v.y, v.z}; }
 json _ToJson(const Vector2f& v) { return {v.x, v.y}; }
+json _ToJson(const Matrix44f& m) {
+    json rows = json::array();
+    for (int i = 0; i < 16; ++i) {
+        rows.push_back(m(i / 4, i % 4));
+    }
+    return rows;
+}
 
 /// A name out of a file as text that JSON can hold: UTF-8 without control characters.
 std::string _CleanName(const std::string& name) {
@@ -56,6 +63,11 @@ public:
 
     json Write(std::map<std::string, MeshData>& meshes) {
         _scene["libraries"] = GetShippedLibraries();
+        if (!_model.lights.empty()) {
+            _scene["libraries"].push_back(kLightLibraries);
+        }
+        _FindBounds();
+        _irradiance = _FindIrradiance();
         _scene["rayAttributes"] = {{{"type", "vec3"}, {"name", "throughput"}},
                                    {{"type", "float"}, {"name", "direct"}}};
         _scene["outputs"] = {{{"name", "o_color"}, {"type", "vec3"}, {"attachment", 0}}};
@@ -94,7 +106,8 @@ private:
                                                 {{"position", _ToJson(camera.position)},
                                                  {"target", _ToJson(camera.target)},
                                                  {"up", _ToJson(camera.up)},
-                                                 {"fieldOfView", camera.fieldOfView}});
+                                                 {"fieldOfView", camera.fieldOfView},
+                                                 {"exposure", _FindExposure()}});
             _AddEffect(name, "renderer");
             if (!_scene.contains("renderer")) {
                 _scene["renderer"] = name;
@@ -106,8 +119,13 @@ private:
         }
     }
 
-    /// One that looks at all instances, a little from above and from the side.
-    Model::Camera _FitCamera() const {
+    /// The stops by which the model's own light looks as bright as the sun of other models.
+    double _FindExposure() const {
+        return _irradiance > 0.0 ? 0.1 * std::round(10.0 * std::log2(kSunlight / _irradiance)) : 0.0;
+    }
+
+    /// The sphere that all instances are in.
+    void _FindBounds() {
         constexpr float kFar = std::numeric_limits<float>::max();
         Vector3f low(kFar, kFar, kFar);
         Vector3f high(-kFar, -kFar, -kFar);
@@ -129,50 +147,122 @@ private:
             low = {-1.0f, -1.0f, -1.0f};
             high = {1.0f, 1.0f, 1.0f};
         }
-        const Vector3f center(0.5f * low.x + 0.5f * high.x, 0.5f * low.y + 0.5f * high.y,
-                              0.5f * low.z + 0.5f * high.z);
-        const float radius =
+        _center = {0.5f * low.x + 0.5f * high.x, 0.5f * low.y + 0.5f * high.y,
+                   0.5f * low.z + 0.5f * high.z};
+        _radius =
             std::max(0.5f * std::hypot(high.x - low.x, high.y - low.y, high.z - low.z), 1e-6f);
+    }
+
+    /// About how much light of the model's own falls onto its middle, in lux.
+    double _FindIrradiance() const {
+        double sum = 0.0;
+        for (const Model::Light& light : _model.lights) {
+            const Vector3f& i = light.light;
+            double share = 1.0;
+            if (light.kind != Model::Light::kKind_Directional) {
+                const Matrix44f& m = light.transform;
+                const double distance =
+                    static_cast<double>(std::hypot(m(0, 3) - _center.x, m(1, 3) - _center.y,
+                                                   m(2, 3) - _center.z));
+                share = std::max(distance, 0.5 * static_cast<double>(_radius));
+                share = 1.0 / (share * share);
+            }
+            sum += share * static_cast<double>(std::max({i.x, i.y, i.z}));
+        }
+        return sum;
+    }
+
+    /// A camera that looks at all instances, a little from above and from the side.
+    Model::Camera _FitCamera() const {
         constexpr double kFieldOfView = 35.0;
         const auto distance = static_cast<float>(
-            1.02 * static_cast<double>(radius) / std::sin(0.5 * kFieldOfView / 57.29577951308232));
+            1.02 * static_cast<double>(_radius) / std::sin(0.5 * kFieldOfView / 57.29577951308232));
         const Vector3f away(0.42f, 0.34f, 0.842f);
         return {"camera",
-                {center.x + distance * away.x, center.y + distance * away.y,
-                 center.z + distance * away.z},
-                center,
+                {_center.x + distance * away.x, _center.y + distance * away.y,
+                 _center.z + distance * away.z},
+                _center,
                 {0.0f, 1.0f, 0.0f},
                 kFieldOfView,
                 0.0};
     }
 
+    /// The sky of a model with lights of its own is a faint one without a sun.
+    json _DescribeSky() const {
+        if (_model.lights.empty()) {
+            return {{"sunLight", {kSunlight, 2.25, 2.0}}, {"sunAngle", 3.0}};
+        }
+        const double part = 0.1 * _irradiance / kSunlight;
+        return {{"zenith", {0.25 * part, 0.45 * part, 0.85 * part}},
+                {"horizon", {0.8 * part, 0.87 * part, 0.95 * part}},
+                {"ground", {0.25 * part, 0.23 * part, 0.21 * part}}};
+    }
+
     void _WriteLight() {
-        const std::string sky =
-            _AddShader("sky", "GradientSky", {{"sunLight", {2.4, 2.25, 2.0}}, {"sunAngle", 3.0}});
+        const std::string sky = _AddShader("sky", "GradientSky", _DescribeSky());
         _AddEffect(sky, "surface");
         _scene["miss"] = sky;
+        const std::string lights = _WriteLamps();
         const bool hasCutouts = std::any_of(
             _model.materials.begin(), _model.materials.end(), [](const ModelMaterial& material) {
                 return material.alpha != ModelMaterial::kAlpha_Opaque;
             });
         _light = _AddShader("light", "PathTracer", {{"cutouts", hasCutouts}});
-        _scene["shaders"].back()["inputs"] = {{"environment", sky}};
+        json& integrator = _scene["shaders"].back();
+        integrator["inputs"] = {{"environment", sky}};
+        if (!lights.empty()) {
+            integrator["inputs"]["lighting"] = lights;
+        }
+    }
+
+    /// The lights of the model. @return their manager; empty for none
+    std::string _WriteLamps() {
+        if (_model.lights.empty()) {
+            return "";
+        }
+        const std::string shadow = _AddShader("lights.shadow", "ShadowSharpArray", json::object());
+        json names = json::array();
+        for (const Model::Light& light : _model.lights) {
+            const std::string name = light.name.empty() ? "lamp" : light.name;
+            const std::string lamp = _WriteLamp(name, light, shadow);
+            names.push_back(_AddShader(name, "LightInstanceStandardArray",
+                                       {{"transform", _ToJson(light.transform)}}));
+            _scene["shaders"].back()["inputs"] = {{"light", lamp}};
+        }
+        const std::string manager = _AddShader("lights", "LightManagerArray", json::object());
+        _scene["shaders"].back()["inputs"] = {{"lights", names}};
+        return manager;
+    }
+
+    std::string _WriteLamp(const std::string& name, const Model::Light& light,
+                           const std::string& shadow) {
+        const bool isFar = light.kind == Model::Light::kKind_Directional;
+        json inputs = {{"shadow", shadow}};
+        if (!isFar) {
+            inputs["decay"] = _AddShader(name + ".decay", "LightDecayInvSquareArray",
+                                         {{"range", light.range}});
+        }
+        if (light.kind == Model::Light::kKind_Spot) {
+            inputs["focus"] = _AddShader(name + ".focus", "LightFocusConeArray",
+                                         {{"inner", light.inner}, {"outer", light.outer}});
+        }
+        const std::string lamp =
+            _AddShader(name + ".light", isFar ? "LightDirectArray" : "LightPointArray",
+                       {{isFar ? "irradiance" : "intensity", _ToJson(light.light)}});
+        _scene["shaders"].back()["inputs"] = std::move(inputs);
+        return lamp;
     }
 
     void _WriteInstances(std::map<std::string, MeshData>& meshes) {
         Names names;
         for (const Model::Instance& instance : _model.instances) {
             const Model::Mesh& mesh = _model.meshes[instance.mesh];
-            json matrix = json::array();
-            for (int i = 0; i < 16; ++i) {
-                matrix.push_back(instance.transform(i / 4, i % 4));
-            }
             _scene["primitives"].push_back(
                 {{"name", names.Take(instance.name, "mesh")},
                  {"shape", "mesh"},
                  {"file", _NameOfMesh(instance.mesh)},
                  {"effect", _TakeMaterial(mesh.material, !mesh.data.colors.empty())},
-                 {"transform", {{{"matrix", matrix}}}}});
+                 {"transform", {{{"matrix", _ToJson(instance.transform)}}}}});
         }
         for (std::size_t i = 0; i < _model.meshes.size(); ++i) {
             meshes.emplace(_NameOfMesh(i), std::move(_model.meshes[i].data));
@@ -313,8 +403,14 @@ private:
         return name;
     }
 
+    static constexpr double kSunlight = 2.4; ///< of the sky, the red of it
+    static constexpr const char* kLightLibraries = "lights";
+
     std::string _name;
     Model& _model;
+    Vector3f _center;
+    float _radius = 1.0f;
+    double _irradiance = 0.0; ///< 0 for a model without lights
     json _scene;
     Names _names;
     Names _textureNames;

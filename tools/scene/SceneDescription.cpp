@@ -1,12 +1,13 @@
 #include "scene/SceneDescription.h"
 
+#include "scene/IesFile.h"
 #include "scene/SceneError.h"
+#include "scene/Transform.h"
 
 #include "TolenOpenKLWrapper/kl.h"
 
 #include "TolenCore/Path.h"
 
-#include <cmath>
 #include <fstream>
 #include <set>
 #include <sstream>
@@ -17,6 +18,8 @@ namespace {
 
 constexpr int kMostSamples = 1 << 24;
 constexpr int kMostPixels = 65536;
+constexpr int kSegments = 256;
+constexpr int kMostSegments = 4096;
 
 nlohmann::json _ReadJson(const std::string& file) {
     std::ifstream stream(file, std::ios::binary);
@@ -67,82 +70,6 @@ private:
     std::set<std::string> _names;
 };
 
-Matrix44f _Translation(const std::vector<double>& by) {
-    Matrix44f matrix;
-    for (int row = 0; row < 3; ++row) {
-        matrix(row, 3) = static_cast<float>(by[static_cast<std::size_t>(row)]);
-    }
-    return matrix;
-}
-
-Matrix44f _Scale(const JsonNode& node) {
-    std::vector<double> by = node.AsNumbers();
-    if (by.size() == 1) {
-        by = {by[0], by[0], by[0]};
-    }
-    if (by.size() != 3 || by[0] == 0.0 || by[1] == 0.0 || by[2] == 0.0) {
-        node.Fail("expected one or three numbers other than 0");
-    }
-    Matrix44f matrix;
-    for (int axis = 0; axis < 3; ++axis) {
-        matrix(axis, axis) = static_cast<float>(by[static_cast<std::size_t>(axis)]);
-    }
-    return matrix;
-}
-
-Matrix44f _Rotation(const JsonNode& node) {
-    node.AllowOnly({"axis", "degrees"});
-    const std::vector<double> axis = node.Get("axis").AsNumbers(3);
-    const double length = std::hypot(axis[0], axis[1], axis[2]);
-    if (!(length > 0.0)) {
-        node.Get("axis").Fail("an axis needs a length");
-    }
-    const double angle = node.Get("degrees").AsNumber() * 3.14159265358979323846 / 180.0;
-    const double c = std::cos(angle);
-    const double s = std::sin(angle);
-    const double n[3] = {axis[0] / length, axis[1] / length, axis[2] / length};
-    const double cross[3][3] = {{0.0, -n[2], n[1]}, {n[2], 0.0, -n[0]}, {-n[1], n[0], 0.0}};
-    Matrix44f matrix;
-    for (int row = 0; row < 3; ++row) {
-        for (int column = 0; column < 3; ++column) {
-            matrix(row, column) = static_cast<float>((row == column ? c : 0.0) +
-                                                     (1.0 - c) * n[row] * n[column] +
-                                                     s * cross[row][column]);
-        }
-    }
-    return matrix;
-}
-
-Matrix44f _Matrix(const JsonNode& node) {
-    const std::vector<double> rows = node.AsNumbers(16);
-    Matrix44f matrix;
-    for (int row = 0; row < 4; ++row) {
-        for (int column = 0; column < 4; ++column) {
-            matrix(row, column) = static_cast<float>(rows[static_cast<std::size_t>(row * 4 + column)]);
-        }
-    }
-    return matrix;
-}
-
-/// The steps of a transform; the first one acts first.
-Matrix44f _ReadTransform(const JsonNode& node) {
-    Matrix44f whole;
-    for (const JsonNode& step : node.GetElements()) {
-        step.AllowOnly({"translate", "rotate", "scale", "matrix"});
-        const auto members = step.GetMembers();
-        if (members.size() != 1) {
-            step.Fail("expected one of translate, rotate, scale, matrix in each step");
-        }
-        const auto& [kind, value] = members.front();
-        const Matrix44f matrix = kind == "translate" ? _Translation(value.AsNumbers(3))
-                                 : kind == "rotate"  ? _Rotation(value)
-                                 : kind == "scale"   ? _Scale(value)
-                                                     : _Matrix(value);
-        whole = matrix * whole;
-    }
-    return whole;
-}
-
 std::vector<SceneDescription::Variable> _ReadVariables(const JsonNode& scene, const char* key) {
     std::vector<SceneDescription::Variable> variables;
     UniqueNames names;
@@ -162,7 +89,8 @@ void _ReadTextures(const JsonNode& scene, SceneDescription& description) {
         description.textures.push_back(
             {names.Take(node), node.Get("file").AsString(),
              node.Has("wrap") ? kWraps[node.Get("wrap").AsOneOf({"repeat", "clamp", "mirror"})]
-                              : KL_REPEAT,
+             : IsIesFile(node.Get("file").AsString()) ? KL_CLAMP_TO_EDGE
+                                                      : KL_REPEAT,
              node.Has("filter") ? kFilters[node.Get("filter").AsOneOf({"linear", "nearest"})]
                                 : KL_LINEAR,
              !node.Has("encoding") || node.Get("encoding").AsOneOf({"srgb", "linear"}) == 0,
@@ -235,7 +163,8 @@ void _ReadPrimitives(const JsonNode& scene, SceneDescription& description) {
             break;
         case SceneDescription::kShape_Sphere:
         case SceneDescription::kShape_Disc:
-            node.AllowOnly({"name", "shape", "radius", "effect", "transform", "local"});
+            node.AllowOnly(
+                {"name", "shape", "radius", "segments", "effect", "transform", "local"});
             break;
         case SceneDescription::kShape_Mesh:
             node.AllowOnly({"name", "shape", "file", "fit", "effect", "transform", "local"});
@@ -244,8 +173,9 @@ void _ReadPrimitives(const JsonNode& scene, SceneDescription& description) {
         description.primitives.push_back(
             {names.Take(node), shape, _ReadSize(node, shape),
              shape == SceneDescription::kShape_Mesh ? node.Get("file").AsString() : std::string(),
+             node.Has("segments") ? node.Get("segments").AsInt(3, kMostSegments) : kSegments,
              node.Has("fit") && node.Get("fit").AsBool(), node.Get("effect").AsString(),
-             node.Has("transform") ? _ReadTransform(node.Get("transform")) : Matrix44f(),
+             node.Has("transform") ? ReadTransform(node.Get("transform")) : Matrix44f(),
              _OptionalMembers(node, "local"), node});
     }
 }

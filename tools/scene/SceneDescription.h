@@ -64,6 +64,7 @@ struct SceneDescription {
         Shape shape;
         std::vector<double> size; ///< what the shape takes: width and height, radius, edges
         std::string file;         ///< of a mesh
+        int segments;             ///< of a sphere or disc, around it
         bool isFitted;            ///< whether a mesh is moved and scaled into the unit cube
         std::string effect;
         Matrix44f transform;

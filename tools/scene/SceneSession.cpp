@@ -32,8 +32,7 @@ const char* _NameOf(SceneDescription::EffectKind kind) {
 
 /// An image file, or the image of the light that an IES file tells of.
 Image _ReadTexture(const std::string& file, bool isSrgb) {
-    return file.ends_with(".ies") || file.ends_with(".IES") ? MakeIesImage(ReadIes(file))
-                                                            : ReadImage(file, isSrgb);
+    return IsIesFile(file) ? MakeIesImage(ReadIes(file)) : ReadImage(file, isSrgb);
 }
 
 void _SetMesh(OpenKL::IPrimitive& primitive, const MeshData& mesh) {
@@ -58,11 +57,12 @@ SceneSession::SceneSession(const SceneDescription& description,
                            const OpenKL::ContextOptions& options,
                            const std::vector<std::string>& searchPaths)
     : _description(description), _assetsScope(_assets) {
-    _assets.AddSearchPath(Path(description.folder.empty() ? "." : description.folder));
-    for (const std::string& folder : searchPaths) {
+    _libraryFolders.push_back(description.folder.empty() ? "." : description.folder);
+    _libraryFolders.insert(_libraryFolders.end(), searchPaths.begin(), searchPaths.end());
+    _libraryFolders.push_back(GetShaderFolder());
+    for (const std::string& folder : _libraryFolders) {
         _assets.AddSearchPath(Path(folder));
     }
-    _assets.AddSearchPath(Path(GetShaderFolder()));
     Result result;
     _pContext.reset(OpenKL::CreateContext(options, &result));
     if (_pContext == nullptr) {
@@ -101,14 +101,27 @@ std::string SceneSession::_FindFile(const std::string& file) const {
     return std::filesystem::exists(inFolder.AsString()) ? inFolder.AsString() : file;
 }
 
+std::vector<std::string> SceneSession::_FindLibraries(const std::string& name) const {
+    std::error_code ignored;
+    for (const std::string& folder : _libraryFolders) {
+        const std::filesystem::path path = std::filesystem::path(folder) / name;
+        if (std::filesystem::is_directory(path, ignored)) {
+            return GetLibrariesIn(path.string());
+        }
+    }
+    return {name};
+}
+
 void SceneSession::_LoadLibraries() {
     for (std::size_t i = 0; i < _description.libraries.size(); ++i) {
-        Result result;
-        if (!_pManager->AddLibrary(_description.libraries[i], &result)) {
-            _console.Fail(_description.nodesOfLibraries[i],
-                  "the library '" + _description.libraries[i] + "' can't be loaded", result);
+        for (const std::string& library : _FindLibraries(_description.libraries[i])) {
+            Result result;
+            if (!_pManager->AddLibrary(library, &result)) {
+                _console.Fail(_description.nodesOfLibraries[i],
+                              "the library '" + library + "' can't be loaded", result);
+            }
+            _console.Take();
         }
-        _console.Take();
     }
 }
 
@@ -238,13 +251,13 @@ void SceneSession::_SetGeometry(OpenKL::IPrimitive& primitive,
         OpenKL::SetMesh(primitive, OpenKL::MakePlane(size(0), size(1)));
         return;
     case SceneDescription::kShape_Sphere:
-        OpenKL::SetMesh(primitive, OpenKL::MakeSphere(size(0), 256, 128));
+        OpenKL::SetMesh(primitive, OpenKL::MakeSphere(size(0), described.segments, std::max(described.segments / 2, 2)));
         return;
     case SceneDescription::kShape_Box:
         OpenKL::SetMesh(primitive, OpenKL::MakeBox({size(0), size(1), size(2)}));
         return;
     case SceneDescription::kShape_Disc:
-        OpenKL::SetMesh(primitive, OpenKL::MakeDisc(size(0), 256));
+        OpenKL::SetMesh(primitive, OpenKL::MakeDisc(size(0), described.segments));
         return;
     case SceneDescription::kShape_Mesh:
         break;

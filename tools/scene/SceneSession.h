@@ -64,6 +64,7 @@ private:
 
     Effects::TypeSpecifier _ReadType(const std::string& name, const JsonNode& node) const;
     std::string _FindFile(const std::string& file) const;
+    std::vector<std::string> _FindLibraries(const std::string& name) const;
 
     void _LoadLibraries();
     void _DeclareVariables();
@@ -82,6 +83,7 @@ private:
 
     // Each needs those above it to the end.
     const SceneDescription& _description;
+    std::vector<std::string> _libraryFolders; ///< where libraries are looked for, in this order
     MgrAssets _assets;
     AssetsScope _assetsScope;
     SceneConsole _console;

@@ -72,7 +72,8 @@ JsonNode _PlaceOf(const std::vector<std::pair<std::string, JsonNode>>& inputs,
 
 SceneShaders::SceneShaders(const SceneDescription& description, const Textures& textures,
                            MgrEffects& manager, SceneConsole& console)
-    : _description(description), _textures(textures), _manager(manager), _console(console) {
+    : _description(description), _textures(textures), _manager(manager), _console(console),
+      _lights(description, manager, console) {
     for (const SceneDescription::Shader& described : description.shaders) {
         _Make(described);
     }
@@ -100,7 +101,7 @@ SceneShaders::SceneShaders(const SceneDescription& description, const Textures& 
 
 void SceneShaders::_Make(const SceneDescription::Shader& described) {
     Result result;
-    IShader* const shader = _manager.CreateShader(described.className, &result);
+    IShader* const shader = _lights.CreateShader(described.className, &result);
     if (shader == nullptr) {
         _console.Fail(described.node.Get("class"),
                       "no shader of class '" + described.className + "' can be made", result);
@@ -195,7 +196,7 @@ void SceneShaders::_Connect(IParameter& input, const std::string& name, const Js
         _console.Fail(node, "the input '" + name + "' can't be connected to '" +
                                 node.AsString() + "'", result);
     };
-    if (!input.IsArray()) {
+    if (!TakesList(input)) {
         connect(value);
         return;
     }
@@ -276,8 +277,9 @@ void SceneShaders::CheckConnected(IShader& root, const JsonNode& effect) const {
                 described == nullptr ? effect
                                      : _PlaceOf(described->inputs, connection, described->node);
             node.Fail("nothing is connected to the input '" + connection.GetLabel() +
-                      "' of the shader '" + shader->GetName() + "' of class '" +
-                      shader->GetClassName() + "'");
+                      "' of the shader '" +
+                      (described == nullptr ? shader->GetName() : described->name) +
+                      "' of class '" + shader->GetClassName() + "'");
         }
         _CheckConnected(*shader->GetPrototype(), effect);
     }

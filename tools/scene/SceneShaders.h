@@ -1,6 +1,7 @@
 #pragma once
 
 #include "scene/SceneDescription.h"
+#include "scene/SceneLights.h"
 
 #include <cstddef>
 #include <map>
@@ -73,6 +74,7 @@ private:
     const Textures& _textures;
     Effects::MgrEffects& _manager;
     SceneConsole& _console;
+    SceneLights _lights;
     std::map<std::string, Effects::IShader*> _shaders;
 };
 

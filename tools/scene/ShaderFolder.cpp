@@ -20,10 +20,10 @@ std::string GetShaderFolder() {
     return "";
 }
 
-std::vector<std::string> GetShippedLibraries() {
+std::vector<std::string> GetLibrariesIn(const std::string& folder) {
     std::vector<std::string> files;
     std::error_code ignored;
-    for (const auto& entry : fs::directory_iterator(GetShaderFolder(), ignored)) {
+    for (const auto& entry : fs::directory_iterator(folder, ignored)) {
         if (entry.path().extension() == ".klsl") {
             files.push_back(entry.path().string());
         }
@@ -31,5 +31,7 @@ std::vector<std::string> GetShippedLibraries() {
     std::sort(files.begin(), files.end());
     return files;
 }
+
+std::vector<std::string> GetShippedLibraries() { return GetLibrariesIn(GetShaderFolder()); }
 
 } // namespace Tolen::Scene

@@ -9,7 +9,10 @@ namespace Tolen::Scene {
 /// in ../share/tolen-effects/shaders, or else in the source tree. Empty when it is in neither place.
 std::string GetShaderFolder();
 
-/// The libraries in it, with their whole paths, by name.
+/// The libraries in a folder, with their whole paths, by name.
+std::vector<std::string> GetLibrariesIn(const std::string& folder);
+
+/// Those in the folder that comes with the programs.
 std::vector<std::string> GetShippedLibraries();
 
 } // namespace Tolen::Scene

@@ -4,6 +4,7 @@
 #include "ProgressBar.h"
 #include "RenderStatistics.h"
 
+#include "scene/Connections.h"
 #include "scene/ElementValues.h"
 #include "scene/ImageFile.h"
 #include "scene/SceneError.h"
@@ -73,7 +74,7 @@ nlohmann::json _ParseInput(SceneShaders& shaders, const std::string& path,
         return _ParseValue("--set", text);
     }
     nlohmann::json value = _ParseShaders(text);
-    return input->IsArray() && value.is_string() ? nlohmann::json::array({value}) : value;
+    return TakesList(*input) && value.is_string() ? nlohmann::json::array({value}) : value;
 }
 
 /// The changing value of an animation.

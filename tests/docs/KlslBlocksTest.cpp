@@ -11,6 +11,7 @@
 // | parse       | loads; its classes are not made                                               |
 // | prefix      | has classes with Shade for prefix effects                                     |
 // | pixel=r,g,b | has a class Show whose Render gives this pixel                                |
+// | connect=... | has a class Show, to whose inputs shaders are connected, as in a:Dots,b:Dots+Rings |
 // | file=name   | is a file that the section's later blocks can include; shader.klsl otherwise  |
 
 #include "Markdown.h"
@@ -98,6 +99,8 @@ TEST_P(KlslBlocks, DoWhatTheDocumentSays) {
         rig.AddFile(_FileOf(earlier), earlier.text);
     }
     rig.AddFile(_FileOf(block), block.text);
+
+    rig.SetConnections(block.GetMark("connect"));
 
     bool works = rig.Load(_FileOf(block));
     if (works && !block.HasMark("parse")) {

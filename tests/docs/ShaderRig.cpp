@@ -1,7 +1,10 @@
 #include "ShaderRig.h"
 
 #include "TolenEffects/IEffect.h"
+#include "TolenEffects/IParameter.h"
 #include "TolenEffects/IShader.h"
+
+#include <sstream>
 
 namespace Tolen::Tests {
 
@@ -34,7 +37,7 @@ void ShaderRig::AddFile(const std::string& name, const std::string& text) {
 bool ShaderRig::Load(const std::string& name) { return _pManager->AddLibrary(name, &_result); }
 
 bool ShaderRig::Use(const std::string& className, bool isPrefix) {
-    IShader* const shader = _pManager->CreateShader(className, &_result);
+    IShader* const shader = _Create(className);
     if (shader == nullptr) {
         return false;
     }
@@ -48,7 +51,7 @@ bool ShaderRig::Use(const std::string& className, bool isPrefix) {
 }
 
 std::vector<float> ShaderRig::RenderPixel(const std::string& className) {
-    IShader* const shader = _pManager->CreateShader(className, &_result);
+    IShader* const shader = _Create(className);
     OpenKL::IPrimitive* const frame = _pContext->CreatePrimitive();
     if (shader == nullptr || !_Compile(_pManager->CreateEffectRenderer(), shader, frame)) {
         return {};
@@ -72,6 +75,39 @@ std::string ShaderRig::GetMessages() const {
         messages += message + "\n";
     }
     return messages;
+}
+
+IShader* ShaderRig::_Create(const std::string& className) {
+    IShader* const shader = _pManager->CreateShader(className, &_result);
+    if (shader == nullptr || className != "Show") {
+        return shader;
+    }
+    std::istringstream connections(_connections);
+    for (std::string input, classes;
+         std::getline(connections, input, ':') && std::getline(connections, classes, ',');) {
+        if (!_Connect(shader, input, classes)) {
+            return nullptr;
+        }
+    }
+    return shader;
+}
+
+bool ShaderRig::_Connect(IShader* shader, const std::string& input, const std::string& classes) {
+    std::vector<IShader*> values;
+    std::istringstream names(classes);
+    for (std::string name; std::getline(names, name, '+');) {
+        values.push_back(_pManager->CreateShader(name, &_result));
+        if (values.back() == nullptr) {
+            return false;
+        }
+    }
+    IParameter* const parameter = shader->GetParameter(input);
+    if (parameter == nullptr || !parameter->IsArray()) {
+        return values.size() == 1 && shader->SetParameter(&_result, input, values.front());
+    }
+    const int count = static_cast<int>(values.size());
+    return (!parameter->IsResizable() || parameter->SetLength(count)) &&
+           shader->SetParameter(&_result, input, values.data(), count);
 }
 
 bool ShaderRig::_OnText(const IKLShader&, const std::string& text) {

@@ -32,6 +32,10 @@ public:
     /// Preprocesses and parses a file.
     bool Load(const std::string& name);
 
+    /// Connects new shaders to inputs of all shaders of class Show that are made from now on.
+    /// @param connections as in "first:Dots,list:Dots+Rings"; several make an array of that length
+    void SetConnections(const std::string& connections) { _connections = connections; }
+
     /// Makes a shader of a class, and an effect of each kind whose entry the class has: a renderer
     /// with Render, a surface with Shade, or a prefix in its place.
     bool Use(const std::string& className, bool isPrefix);
@@ -47,6 +51,8 @@ public:
     const std::string& GetPrograms() const { return _programs; }
 
 private:
+    Effects::IShader* _Create(const std::string& className);
+    bool _Connect(Effects::IShader* shader, const std::string& input, const std::string& classes);
     bool _OnText(const IKLShader& shader, const std::string& text);
     bool _Compile(Effects::IEffect* effect, Effects::IShader* root, IKLPrimitive* primitive);
 
@@ -55,6 +61,7 @@ private:
     IMgrAssets* _pAssetsBefore; ///< borrowed
     Result _result;
     std::string _programs;
+    std::string _connections;
     OpenKL::IContext* _pContext; ///< owned
     std::unique_ptr<Effects::MgrEffects> _pManager;
 };

@@ -249,20 +249,40 @@ TEST(TolenRender, TimeReport_TellsWhereTheTimeWent) {
     }
 }
 
-TEST(TolenRender, EveryGalleryScene_Renders) {
+/// What the demo gives to the program for a picture, but for its size and its samples.
+std::vector<std::string> GetGalleryArguments(std::filesystem::path entry) {
+    const std::filesystem::path folder = entry.parent_path();
+    std::vector<std::string> arguments;
+    if (std::filesystem::exists(entry.replace_extension(".json"))) {
+        arguments.push_back(entry);
+    }
+    std::ifstream options(entry.replace_extension(".options"));
+    for (std::string word; options >> word;) {
+        if (word == "--size" || word == "--samples") {
+            options >> word;
+        } else {
+            arguments.push_back(arguments.empty() ? (folder / word).string() : word);
+        }
+    }
+    return arguments;
+}
+
+TEST(TolenRender, EveryGalleryPicture_Renders) {
     int count = 0;
     for (const auto& entry :
          std::filesystem::directory_iterator(SourceFolder() + "/examples/gallery")) {
-        if (entry.path().extension() != ".json") {
+        if (!entry.is_regular_file()) {
             continue;
         }
-        const Ended ended =
-            RunProgram("tolen-render", {entry.path(), "-o", GetTemporary("out.png"), "--size", "24x16",
-                                        "--samples", "2", "-q"});
+        std::vector<std::string> arguments = GetGalleryArguments(entry.path());
+        const char* const more[] = {"--size", "24x16", "--samples", "2", "-q", "-o"};
+        arguments.insert(arguments.end(), std::begin(more), std::end(more));
+        arguments.push_back(GetTemporary("out.png"));
+        const Ended ended = RunProgram("tolen-render", arguments);
         EXPECT_EQ(ended.status, 0) << entry.path() << ended.errors;
         ++count;
     }
-    EXPECT_GE(count, 5);
+    EXPECT_GE(count, 9);
 }
 
 } // namespace

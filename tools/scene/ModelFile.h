@@ -45,14 +45,16 @@ struct ModelMaterial {
     bool isThin = false; ///< whether glass is a film instead of a solid
     bool isUnlit = false;
 
-    ModelTexture baseColorImage;    ///< sRGB
+    ModelTexture baseColorImage;     ///< sRGB
     ModelTexture opacityImage;
     int opacityChannel = 3;
-    ModelTexture metallicImage;     ///< linear, blue
-    ModelTexture roughnessImage;    ///< linear, green
-    ModelTexture transmissionImage; ///< linear, red
-    ModelTexture emissionImage;     ///< sRGB
-    ModelTexture normalImage;       ///< linear
+    ModelTexture metallicImage;      ///< linear, blue
+    ModelTexture roughnessImage;     ///< linear, green
+    ModelTexture transmissionImage;  ///< linear, red
+    ModelTexture coatImage;          ///< linear, red
+    ModelTexture coatRoughnessImage; ///< linear, green
+    ModelTexture emissionImage;      ///< sRGB
+    ModelTexture normalImage;        ///< linear
 };
 
 /// What a model file holds, in the world's units.

@@ -128,6 +128,8 @@ void ModelMaterials::_ReadGltf(const aiMaterial& material, ModelMaterial& to) {
     to.transmissionImage = _ReadTexture(material, aiTextureType_TRANSMISSION, 0, false);
     to.coat = _Get(material, AI_MATKEY_CLEARCOAT_FACTOR, 0.0f);
     to.coatRoughness = _Get(material, AI_MATKEY_CLEARCOAT_ROUGHNESS_FACTOR, 0.0f);
+    to.coatImage = _ReadTexture(material, AI_MATKEY_CLEARCOAT_TEXTURE, false);
+    to.coatRoughnessImage = _ReadTexture(material, AI_MATKEY_CLEARCOAT_ROUGHNESS_TEXTURE, false);
     to.isThin = !(_Get(material, AI_MATKEY_VOLUME_THICKNESS_FACTOR, 0.0f) > 0.0f);
     to.isUnlit = _Get(material, AI_MATKEY_SHADING_MODEL, 0) == aiShadingMode_Unlit;
     to.cutoff = _Get(material, AI_MATKEY_GLTF_ALPHACUTOFF, 0.5f);

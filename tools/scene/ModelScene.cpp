@@ -311,9 +311,11 @@ private:
             parameters["thinWalled"] = material.isThin;
         }
         if (material.coat > 0.0f) {
-            inputs["clearcoat"] = _AddScalar(name + ".clearcoat", material.coat, {}, 0);
+            inputs["clearcoat"] =
+                _AddScalar(name + ".clearcoat", material.coat, material.coatImage, 0);
             inputs["clearcoatRoughness"] =
-                _AddScalar(name + ".clearcoatRoughness", material.coatRoughness, {}, 0);
+                _AddScalar(name + ".clearcoatRoughness", material.coatRoughness,
+                           material.coatRoughnessImage, 1);
         }
         if (material.alpha != ModelMaterial::kAlpha_Opaque) {
             inputs["opacity"] = _AddScalar(name + ".opacity", material.opacity,

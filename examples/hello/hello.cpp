@@ -24,6 +24,15 @@ class Clay {
     void Shade() { accumulate(o_color, vec3(max(0.12, dot(Normal, normalize(light))))); }
 })";
 
+void Print(OpenKL::IFramebuffer* picture) {
+    static float rgba[24][48][4];
+    picture->Read(0, &rgba[0][0][0]);
+    for (int i = 0; i < 24 * 49; ++i) { // row 0 is the lowest
+        const float* const pixel = rgba[23 - i / 49][std::min(i % 49, 47)];
+        std::putchar(i % 49 == 48 ? '\n' : " .:-=+*#%@"[static_cast<int>(std::min(*pixel, 1.0f) * 9)]);
+    }
+}
+
 int main() {
     Result result;
     OpenKL::IContext* const context = OpenKL::CreateContext({}, &result);
@@ -52,13 +61,8 @@ int main() {
     settings.samples = 16;
     manager.Update(&result) && context->Render(picture, settings, &result);
     result.ReportToConsole(nullptr);
+    Print(picture);
 
-    static float rgba[24][48][4];
-    picture->Read(0, &rgba[0][0][0]);
-    for (int i = 0; i < 24 * 49; ++i) { // row 0 is the lowest
-        const float* const pixel = rgba[23 - i / 49][std::min(i % 49, 47)];
-        std::putchar(i % 49 == 48 ? '\n' : " .:-=+*#%@"[static_cast<int>(std::min(*pixel, 1.0f) * 9)]);
-    }
     manager.DestroyShader(camera);
     manager.DestroyShader(clay);
     manager.Shutdown();

@@ -22,7 +22,8 @@ class Camera {
 class Clay {
     input vec3 light = vec3(-1.0, 1.0, 1.0);
     void Shade() { accumulate(o_color, vec3(max(0.12, dot(Normal, normalize(light))))); }
-})";
+}
+)";
 
 void Print(OpenKL::IFramebuffer* picture) {
     static float rgba[24][48][4];

@@ -102,6 +102,10 @@ public:
     /// @return false when one did
     bool VisitLibraries(const FastDelegate1<Library*, bool>& visit) const;
 
+    /// Whether a class ever had inputs of its own, so that ways down may lead through classes.
+    bool HasInputsOfClasses() const { return _hasInputsOfClasses; }
+    void NoteInputOfClass() { _hasInputsOfClasses = true; }
+
     /// The making of a shader as the default of an input; they nest.
     class DefaultScope {
     public:
@@ -194,6 +198,7 @@ private:
     long long _lineAdjustment = 0;
     int _depthDefaults = 0; ///< defaults of inputs that are just being made, one inside the other
     bool _isShuttingDown = false;
+    bool _hasInputsOfClasses = false;
     PendingEnds _pendingEnds;
 };
 

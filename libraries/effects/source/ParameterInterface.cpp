@@ -175,7 +175,9 @@ bool ParameterInterface::_CanConnect(IShader* shader) const {
             shader->GetName().c_str(), _pDecl->GetIdentifier()->GetString().c_str());
         return false;
     }
-    if (base->DependsOn(_pOwner)) {
+    const bool isRankedBelow =
+        !implementation->HasInputsOfClasses() && base->IsRankedBelow(_pOwner);
+    if (!isRankedBelow && base->DependsOn(_pOwner)) {
         implementation->AddResultMessage(
             "Input cycle. \"%s::%s\" already depends on this input's shader\n",
             shader->GetInterfaceName().c_str(), shader->GetClassName().c_str());

@@ -4,6 +4,7 @@
 #include "Library.h"
 #include "MemberValueArraySeparate.h"
 #include "MemberValueSingleSeparate.h"
+#include "MgrEffectsImpl.h"
 #include "ParameterInterfaceArray.h"
 #include "ParameterInterfaceSingle.h"
 #include "ParameterValueArraySeparate.h"
@@ -269,6 +270,7 @@ bool PrototypeShader::_InitParameterInterfaceArray(const VariableDeclaration* va
 
 void PrototypeShader::_EnterInput(const VariableDeclaration* variable,
                                   std::unique_ptr<ParameterInterface> input) {
+    GetMgrEffects()->GetImplementation()->NoteInputOfClass();
     _inputs.push_back(input.get());
     _parameters[variable->GetIdentifier()->GetString()] = std::move(input);
 }

@@ -64,7 +64,48 @@ bool StructureNode::DependsOn(StructureNode* lower) {
             node->*(side->mark) = false;
         }
     }
+    // The side that has nowhere left to go is known as a whole, and moves.
+    if (!found && _rank >= lower->_rank) {
+        if (down.open.empty()) {
+            _rank = lower->_rank - 1;
+            _Lower(down.met);
+        } else {
+            lower->_rank = _rank + 1;
+            _Raise(up.met);
+        }
+    }
     return found;
+}
+
+/// Ranks what stands below @p nodes lower than these, of which one has just been lowered. They are
+/// all that stands below it.
+void StructureNode::_Lower(std::vector<StructureNode*>& nodes) {
+    // By the ranks as they were, every node comes behind those above it, and is lowered by then.
+    std::sort(nodes.begin() + 1, nodes.end(), [](const StructureNode* a, const StructureNode* b) {
+        return a->_rank > b->_rank;
+    });
+    std::vector<StructureNode*> below;
+    for (const StructureNode* node : nodes) {
+        below.clear();
+        node->CollectNodesBelow(below);
+        for (StructureNode* lower : below) {
+            lower->_rank = std::min(lower->_rank, node->_rank - 1);
+        }
+    }
+}
+
+void StructureNode::_Raise(std::vector<StructureNode*>& nodes) {
+    std::sort(nodes.begin() + 1, nodes.end(), [](const StructureNode* a, const StructureNode* b) {
+        return a->_rank < b->_rank;
+    });
+    std::vector<StructureNode*> above;
+    for (const StructureNode* node : nodes) {
+        above.clear();
+        node->CollectNodesAbove(above);
+        for (StructureNode* upper : above) {
+            upper->_rank = std::max(upper->_rank, node->_rank + 1);
+        }
+    }
 }
 
 void StructureNode::MarkHeard() {

@@ -2,6 +2,7 @@
 
 #include "TolenCore/LifeToken.h"
 
+#include <cstdint>
 #include <vector>
 
 namespace Tolen::Effects {
@@ -28,7 +29,8 @@ public:
     virtual void CollectNodesBelow(std::vector<StructureNode*>& nodes) const = 0;
 
     /// Whether @p lower is this node or stands somewhere below it. Costs no more than what stands
-    /// below this node or above @p lower, whichever is less.
+    /// below this node or above @p lower, whichever is less. When the answer is no, this node is
+    /// ranked below @p lower from then on, so that it may be put there.
     bool DependsOn(StructureNode* lower);
 
     /// Whether nothing is missing here or below, as of the last change.
@@ -37,6 +39,9 @@ public:
     /// Whether a change here has to be told to somebody, here or above.
     bool IsHeard() const { return _isHeard; }
     /// Makes everything below carry its changes up to here, because there is a listener now.
+    /// Whether this node is known to be ranked below @p other, which then doesn't stand below it. To
+    /// be asked only while no way down leads through a class, as classes have no ranks.
+    bool IsRankedBelow(const StructureNode* other) const { return _rank < other->_rank; }
     void MarkHeard();
 
     /// Tells whether the node is still there.
@@ -76,7 +81,11 @@ private:
     bool _isHeard = false;
     /// Marks of a walk in progress; each walk takes its marks away before anybody is called.
     bool _isMetBelow = false;
+    static void _Lower(std::vector<StructureNode*>& nodes);
+    static void _Raise(std::vector<StructureNode*>& nodes);
     bool _isMetAbove = false;
+    /// Higher than those of all shaders in the inputs of this one.
+    std::int64_t _rank = 0;
 };
 
 } // namespace Tolen::Effects

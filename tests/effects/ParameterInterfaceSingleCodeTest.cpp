@@ -115,6 +115,19 @@ TEST_F(ParameterInterfaceSingleCode, Call_OfWhatTheClassLacks_TellsTheClassAndTh
               "Parameter error \"Can't set parameter\" parameter:\"v\" class:\"User\"\n");
 }
 
+TEST_F(ParameterInterfaceSingleCode, AnotherClass_IsLookedAtAtOnceAfterOthersFitted) {
+    Shader* const twice = Make("Twice", "t");
+    Connect(twice, "value", Make("One", "a"));
+    Connect(twice, "value", Make("One", "b"));
+    // A class with the name of the interface may be connected, whatever it has.
+    loaded.Load("odd.klsl", "class Value { float Other() { return 1.0; } }");
+    EXPECT_EQ(Count(ConnectFails(twice, "value", Make("Value", "c")),
+                    "Class \"Value\" has no method named \"Get\".\n"),
+              1);
+    Connect(twice, "value", Make("One", "d"));
+    EXPECT_EQ(Body(twice, "__ctor_.t"), "{ __ctor_.d(); }");
+}
+
 TEST_F(ParameterInterfaceSingleCode, Call_WithinTheArgumentsOfAnother_IsRefusedJustTheSame) {
     LoadUser("input Value v;\nfloat Get() {\nreturn v.Get(v.Get(v.Missing())); }\n");
     Shader* const user = Make("User", "u");

@@ -3,6 +3,7 @@
 #include "EndingShader.h"
 #include "LocationText.h"
 #include "MgrEffectsImpl.h"
+#include "PrototypeShader.h"
 #include "ScopedHold.h"
 #include "Shader.h"
 #include "StructureChange.h"
@@ -18,6 +19,14 @@
 #include <utility>
 
 namespace Tolen::Effects {
+
+namespace {
+
+std::uint64_t _GetClassNumber(Shader* shader) {
+    return static_cast<PrototypeShader*>(shader->GetPrototype())->GetCreationNumber();
+}
+
+} // namespace
 
 ParameterInterface::~ParameterInterface() {
     Shutdown();
@@ -138,6 +147,26 @@ bool ParameterInterface::Get(IShader*& value) {
 
 Shader* ParameterInterface::GetShaderBase(int index) const {
     return index < 0 || index >= GetLength() ? nullptr : _bases[static_cast<std::size_t>(index)];
+}
+
+void ParameterInterface::ProveCells() {
+    const Shader* last = nullptr;
+    for (int i = 0; i < GetLength(); ++i) {
+        Shader* const base = GetShaderBase(i);
+        if (base != last && base != nullptr && base == _pValue->Get(i)) {
+            _classesProven.insert(_GetClassNumber(base));
+        }
+        last = base;
+    }
+}
+
+bool ParameterInterface::AreChangesProven() const {
+    return std::all_of(_cellsChanged.begin(), _cellsChanged.end(), [this](int cell) {
+        Shader* const base = GetShaderBase(cell);
+        // Views may lack what stands behind them.
+        return base == nullptr || (base == _pValue->Get(cell) &&
+                                   _classesProven.count(_GetClassNumber(base)) != 0);
+    });
 }
 
 Shader* ParameterInterface::GetShaderIncomplete() const {
@@ -311,7 +340,7 @@ bool ParameterInterface::_ChangeStructure() {
     }
     const ScopedHold hold(_pMgrEffects);
     const LifeToken::Watch alive = _life.GetWatch();
-    bool good = StructureChange::Run(_pOwner);
+    bool good = StructureChange::Run(_pOwner, StructureOrigin::Input);
     if (!alive) {
         return good;
     }

@@ -9,6 +9,7 @@
 #include "TolenCore/LifeToken.h"
 #include "TolenCore/ListenerSet.h"
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <set>
@@ -75,6 +76,10 @@ public:
     /// The cells that may have changed since the listeners of connections were last called; the same
     /// one may come several times, and one that is no longer there.
     const std::vector<int>& GetCellsChanged() const { return _cellsChanged; }
+    /// Remembers the classes of the shaders that it holds: the owner's code could be built with them.
+    void ProveCells();
+    /// Whether the cells that have changed hold shaders of such classes.
+    bool AreChangesProven() const;
     /// The shader of the first cell that is not complete, null when that is empty or there is none.
     Shader* GetShaderIncomplete() const;
     /// The shader or class that has this input.
@@ -144,6 +149,7 @@ private:
     std::map<IShader*, std::set<int>> _views;
     int _countIncomplete = 0; ///< cells that are empty or hold an incomplete shader
     std::vector<int> _cellsChanged;
+    std::set<std::uint64_t> _classesProven; ///< their creation numbers
     ListenerSet<FastDelegate1<IParameter*, bool>> _listenersChangeConnection;
 };
 

@@ -263,12 +263,13 @@ bool PrototypeShader::_HasListeners() const {
                        [](const ParameterInterface* input) { return input->HasListeners(); });
 }
 
-bool PrototypeShader::_OnChangeStructureNode(bool isOwn) {
+bool PrototypeShader::_OnChangeStructureNode(StructureOrigin origin) {
     if (!_isReady) {
         return true;
     }
     // A change below leaves the code as it is, unless it is what the code was waiting for.
     const bool hasCode = _pStatic != nullptr && _pTemplate != nullptr;
+    const bool isOwn = origin != StructureOrigin::Below;
     return isOwn || hasCode != IsCompleteNode() ? _OnChangeStructureCommon()
                                                 : _listenersChangeStructure.Fire(this);
 }

@@ -138,7 +138,7 @@ protected:
     bool _IsCompleteHere() override;
     void _OnChangeCompleteness(bool) override {}
     bool _HasListeners() const override;
-    bool _OnChangeStructureNode(bool isOwn) override;
+    bool _OnChangeStructureNode(StructureOrigin origin) override;
 
 private:
     struct ByCreation {

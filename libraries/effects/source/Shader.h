@@ -142,7 +142,7 @@ protected:
     bool _IsCompleteHere() override;
     void _OnChangeCompleteness(bool isComplete) override;
     bool _HasListeners() const override;
-    bool _OnChangeStructureNode(bool isOwn) override;
+    bool _OnChangeStructureNode(StructureOrigin origin) override;
     std::vector<ParameterInterface*> _GetInputsHeard() const override;
 
 private:
@@ -186,6 +186,8 @@ private:
     bool _OnChangeStructureParameter(IParameter* parameter);
     bool _OnChangeLengthMember(IMember* member);
     bool _Rebuild();
+    bool _CanBuildLater();
+    void _ProveInputs();
     bool _FireChangeStructure();
     void _ShutdownUsers();
     bool _OnEndGraph(Graph* graph);
@@ -227,6 +229,8 @@ private:
     bool _isMuted = true;          ///< changes are not passed on
     bool _isStarting = true;       ///< before the end of Init
     bool _mustRebuild = false;     ///< the code doesn't fit the class any more
+    bool _isStale = false;         ///< the code doesn't fit what the inputs hold any more
+    bool _isProven = false;        ///< it can be built for all classes that the inputs remember
     bool _isChanging = false;      ///< structure listeners are being told
     bool _hasChangedAgain = false; ///< and one of them has made a change
 };

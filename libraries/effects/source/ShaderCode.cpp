@@ -3,6 +3,7 @@
 #include "CodeTransformer.h"
 #include "GeneratedCode.h"
 #include "OwnedTables.h"
+#include "ParameterInterface.h"
 #include "PrototypeShader.h"
 
 #include "TolenEffects/IMember.h"
@@ -12,6 +13,7 @@
 
 #include "TolenCore/Console.h"
 
+#include <algorithm>
 #include <utility>
 
 /// The code of one instance: made from the class's template under the instance's own names, and
@@ -60,7 +62,7 @@ bool Shader::VisitMethods(FastDelegate1<const FunctionDefinition*, bool>& visit)
 }
 
 bool Shader::_NeedModule() {
-    if (_mustRebuild) {
+    if (_mustRebuild || _isStale) {
         _mustRebuild = false;
         _ShutdownModule();
     }
@@ -75,6 +77,7 @@ bool Shader::_Rebuild() {
 void Shader::_ShutdownModule() {
     _methods.clear();
     _pModule.reset();
+    _isStale = false;
 }
 
 bool Shader::_BuildModule() {
@@ -91,7 +94,18 @@ bool Shader::_BuildModule() {
     }
     _pModule = std::move(module);
     _methods = std::move(methods);
+    _ProveInputs();
     return true;
+}
+
+void Shader::_ProveInputs() {
+    // Loops over an array without cells leave nothing of their bodies, and hide what is wrong there.
+    _isProven = std::none_of(_inputs.begin(), _inputs.end(), [](const ParameterInterface* input) {
+        return input->GetLength() == 0;
+    });
+    for (ParameterInterface* input : _inputs) {
+        input->ProveCells();
+    }
 }
 
 bool Shader::_BuildMethods(Module* module, std::vector<const FunctionDefinition*>& methods) {

@@ -9,6 +9,8 @@
 
 #include "TolenCore/Result.h"
 
+#include <algorithm>
+
 /// The shader among others: who holds it, whom it holds, and what it does with their changes.
 
 namespace Tolen::Effects {
@@ -136,18 +138,30 @@ bool Shader::IsComplete(Result* result) {
     return false;
 }
 
-bool Shader::_OnChangeStructureNode(bool isOwn) {
+bool Shader::_OnChangeStructureNode(StructureOrigin origin) {
     if (_isMuted) {
         return true;
     }
     bool good = true;
-    if (isOwn || _mustRebuild) {
+    if (origin == StructureOrigin::Input && !_mustRebuild && _CanBuildLater()) {
+        _isStale = true;
+    } else if (origin != StructureOrigin::Below || _mustRebuild) {
         _mustRebuild = false;
         good = _Rebuild();
     } else if (_pModule == nullptr && IsCompleteNode()) {
         good = _BuildModule();
     }
     return _FireChangeStructure() && good;
+}
+
+/// Whether code that had to be built at once, to know that this can be done, is known to be
+/// possible: it has been built before, and the inputs hold no shaders of other classes than then.
+bool Shader::_CanBuildLater() {
+    _isProven = _isProven && _pModule != nullptr &&
+                std::all_of(_inputs.begin(), _inputs.end(), [](const ParameterInterface* input) {
+                    return input->AreChangesProven();
+                });
+    return _isProven;
 }
 
 bool Shader::_FireChangeStructure() {

@@ -4,10 +4,10 @@
 
 namespace Tolen::Effects {
 
-bool StructureChange::Run(StructureNode* origin) {
+bool StructureChange::Run(StructureNode* origin, StructureOrigin kind) {
     StructureChange change;
     change._Collect(origin);
-    const bool good = change._Tell();
+    const bool good = change._Tell(kind);
     change._UpdateHeard();
     return good;
 }
@@ -82,14 +82,13 @@ void StructureChange::_Collect(StructureNode* origin) {
     }
 }
 
-bool StructureChange::_Tell() {
+bool StructureChange::_Tell(StructureOrigin kind) {
     bool good = true;
-    bool isOwn = true;
     for (const Entry& entry : _entries) {
         if (entry.isAlive) {
-            good = entry.pNode->_OnChangeStructureNode(isOwn) && good;
+            good = entry.pNode->_OnChangeStructureNode(kind) && good;
         }
-        isOwn = false;
+        kind = StructureOrigin::Below;
         for (const auto& [input, isAlive] : entry.inputs) {
             if (isAlive) {
                 good = input->RelayChangeStructure() && good;

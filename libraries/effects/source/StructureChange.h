@@ -18,9 +18,10 @@ namespace Tolen::Effects {
 /// may make further changes, which are carried through before they return, and may destroy nodes.
 class StructureChange {
 public:
+    /// @param origin where the change was made
     /// @return false when code can't be made or a listener answered false; everybody has been told
     ///         all the same
-    static bool Run(StructureNode* origin);
+    static bool Run(StructureNode* origin, StructureOrigin kind = StructureOrigin::Other);
 
     /// Brings up to date who is complete from @p node upwards, and tells no listener.
     static void UpdateCompleteness(StructureNode* node);
@@ -36,7 +37,7 @@ private:
     static std::vector<StructureNode*> _UpdateCompleteness(StructureNode* origin);
     /// The nodes to tell, each behind those below it.
     void _Collect(StructureNode* origin);
-    bool _Tell();
+    bool _Tell(StructureOrigin kind);
     void _UpdateHeard();
 
     std::vector<Entry> _entries;

@@ -9,6 +9,13 @@ namespace Tolen::Effects {
 
 class ParameterInterface;
 
+/// Where a change of structure that reaches a node was made.
+enum class StructureOrigin {
+    Input, ///< here, by an input that holds other shaders than before
+    Other, ///< here, by anything else
+    Below, ///< somewhere below, which leaves code that exists here as it is
+};
+
 /// A shader or a class, as a place where changes of structure arrive and from which they go on.
 ///
 /// A node stands above those that its code calls: a shader above the shaders in its inputs and
@@ -32,6 +39,9 @@ public:
     /// below this node or above @p lower, whichever is less. When the answer is no, this node is
     /// ranked below @p lower from then on, so that it may be put there.
     bool DependsOn(StructureNode* lower);
+    /// Whether this node is known to be ranked below @p other, which then doesn't stand below it. To
+    /// be asked only while no way down leads through a class, as classes have no ranks.
+    bool IsRankedBelow(const StructureNode* other) const { return _rank < other->_rank; }
 
     /// Whether nothing is missing here or below, as of the last change.
     bool IsCompleteNode() const { return _isCompleteNode; }
@@ -39,9 +49,6 @@ public:
     /// Whether a change here has to be told to somebody, here or above.
     bool IsHeard() const { return _isHeard; }
     /// Makes everything below carry its changes up to here, because there is a listener now.
-    /// Whether this node is known to be ranked below @p other, which then doesn't stand below it. To
-    /// be asked only while no way down leads through a class, as classes have no ranks.
-    bool IsRankedBelow(const StructureNode* other) const { return _rank < other->_rank; }
     void MarkHeard();
 
     /// Tells whether the node is still there.
@@ -58,10 +65,8 @@ protected:
     /// Whether somebody listens right here, and not only above.
     virtual bool _HasListeners() const = 0;
     /// Brings the code here up to date and tells the listeners.
-    /// @param isOwn whether the change was made here; otherwise it comes from below, and leaves
-    ///              code that exists as it is
     /// @return false when the code can't be made or a listener answered false
-    virtual bool _OnChangeStructureNode(bool isOwn) = 0;
+    virtual bool _OnChangeStructureNode(StructureOrigin origin) = 0;
     /// The inputs that hold this node and have listeners of their own.
     virtual std::vector<ParameterInterface*> _GetInputsHeard() const { return {}; }
 
@@ -76,16 +81,16 @@ private:
     /// One direction of a search, which marks the nodes that it has met.
     struct Side;
     bool _IsHeardAbove() const;
+    static void _Lower(std::vector<StructureNode*>& nodes);
+    static void _Raise(std::vector<StructureNode*>& nodes);
 
+    /// Higher than those of all shaders in the inputs of this one.
+    std::int64_t _rank = 0;
     bool _isCompleteNode = false;
     bool _isHeard = false;
     /// Marks of a walk in progress; each walk takes its marks away before anybody is called.
     bool _isMetBelow = false;
-    static void _Lower(std::vector<StructureNode*>& nodes);
-    static void _Raise(std::vector<StructureNode*>& nodes);
     bool _isMetAbove = false;
-    /// Higher than those of all shaders in the inputs of this one.
-    std::int64_t _rank = 0;
 };
 
 } // namespace Tolen::Effects

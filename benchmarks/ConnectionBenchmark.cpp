@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <random>
+#include <utility>
 #include <vector>
 
 /// What it costs to connect shaders, by the shape of what they form, their number, the order in
@@ -279,6 +280,58 @@ void ChangeBelow(benchmark::State& state, Shape shape) {
 }
 BENCHMARK_CAPTURE(ChangeBelow, Chain, Chain)->Apply(Growth);
 BENCHMARK_CAPTURE(ChangeBelow, Array, Array)->Apply(Growth);
+
+/// All cells of an array are changed one by one under an effect that is up to date.
+void Refill(benchmark::State& state) {
+    const int count = static_cast<int>(state.range(0));
+    Benchmarks::NullContext context;
+    Scene scene(&context);
+    Array(scene, count);
+    scene.ConnectAll();
+    scene.MakeEffect();
+    scene.effect->Update(nullptr);
+    for (auto _ : state) {
+        // Every shader moves on by one cell; the last edge is that to the root.
+        for (std::size_t i = 0; i + 2 < scene.edges.size(); ++i) {
+            std::swap(scene.edges[i].pUsed, scene.edges[i + 1].pUsed);
+        }
+        scene.ConnectAll();
+        if (!scene.effect->Update(nullptr)) {
+            state.SkipWithError("not compiled");
+        }
+    }
+    state.SetComplexityN(count);
+}
+BENCHMARK(Refill)->Apply(Growth);
+
+/// An array grows cell by cell under an effect.
+void Grow(benchmark::State& state) {
+    const int count = static_cast<int>(state.range(0));
+    for (auto _ : state) {
+        state.PauseTiming();
+        {
+            Benchmarks::NullContext context;
+            Scene scene(&context);
+            Array(scene, count);
+            IParameter* const items = scene.edges.front().pUser->GetParameter("items");
+            items->SetLength(1);
+            scene.Connect(scene.edges.back());
+            scene.MakeEffect();
+            state.ResumeTiming();
+            for (std::size_t i = 0; i + 1 < scene.edges.size(); ++i) {
+                items->SetLength(scene.edges[i].index + 1);
+                scene.Connect(scene.edges[i]);
+            }
+            if (!scene.effect->Update(nullptr)) {
+                state.SkipWithError("not compiled");
+            }
+            state.PauseTiming();
+        }
+        state.ResumeTiming();
+    }
+    state.SetComplexityN(count);
+}
+BENCHMARK(Grow)->Apply(Growth);
 
 /// A value at the bottom changes on one primitive.
 void ChangeValue(benchmark::State& state, Shape shape) {

@@ -43,11 +43,30 @@ function(tolen_install_library target component)
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endfunction()
 
-# Installs a program, which finds the libraries beside its own folder, with its manual page.
+# Installs a program, which finds the libraries beside its own folder, with its manual page and what
+# bash needs to complete its options, which are those of the page.
+#
+# tolen_install_program(TARGET [COMMANDS COMMAND...])
 function(tolen_install_program target)
+  cmake_parse_arguments(PARSE_ARGV 1 program "" "" "COMMANDS")
   file(RELATIVE_PATH toLibraries /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
   set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${toLibraries}")
   install(TARGETS ${target} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+
+  set(page ${PROJECT_SOURCE_DIR}/docs/man/${target}.1)
+  install(FILES ${page} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${page})
+  file(READ ${page} text)
+  string(REGEX MATCHALL "\\\\-\\\\-[a-z-]+(\\\\-[a-z-]+)*" options "${text}")
+  list(TRANSFORM options REPLACE "\\\\" "")
+  list(REMOVE_DUPLICATES options)
+  list(JOIN options " " options)
+  list(JOIN program_COMMANDS " " commands)
+  string(MAKE_C_IDENTIFIER ${target} function)
+  configure_file(${PROJECT_SOURCE_DIR}/tools/completions/complete.bash.in
+    ${PROJECT_BINARY_DIR}/completions/${target} @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/completions/${target}
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
 endfunction()
 
 # The CMake package, once all libraries are known.

@@ -183,6 +183,7 @@ TEST_F(ParameterWrapperTest, ToSingle_AnotherLightOfTheKind_DiffersInItsCellOnly
     EXPECT_TRUE(neighbour->SetParameter(nullptr, "decay", Light("LightDecayInverseArray")));
     EXPECT_EQ(Real(light, "decay")->GetLength(), 3);
     EXPECT_GT(onStructure.count, 0);
+    Real(light, "decay")->RemoveListenerChangeStructure(*onStructure);
 }
 
 TEST_F(ParameterWrapperTest, ToSingle_AnUnusedArrayOfOne_TakesTheFirstShaderThere) {

@@ -88,10 +88,11 @@ class Pair : INode { input INode a; input INode list[]; float Get() { return a.G
 };
 
 TEST_F(PassThroughTest, Init_WithoutManagerOrShader_AnswersFalse) {
+    // It goes last, since nobody hears of its end.
+    MadeUpShader deaf;
     Shader_PassThrough other;
     EXPECT_FALSE(other.Init(nullptr, real, false));
     EXPECT_FALSE(other.Init(&manager, nullptr, false));
-    MadeUpShader deaf;
     deaf.takesListeners = false;
     EXPECT_FALSE(other.Init(&manager, &deaf, false));
 }

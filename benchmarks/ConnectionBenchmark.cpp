@@ -67,6 +67,11 @@ struct Edge {
     IShader* pUsed;
 };
 
+struct Scene;
+
+/// Makes shaders and the edges between them.
+using Shape = void (*)(Scene& scene, int count);
+
 /// Shaders and how they are to be connected, from the bottom to the top.
 struct Scene {
     explicit Scene(IOpenKLContext* context) {
@@ -99,14 +104,19 @@ struct Scene {
         }
     }
 
+    /// All of @p count shaders, connected, with an effect above them.
+    void Build(Shape shape, int count) {
+        shape(*this, count);
+        ConnectAll();
+        MakeEffect();
+    }
+
     MgrEffects manager;
     IShader* root = nullptr;
     IEffect* effect = nullptr;
     std::vector<IShader*> shaders;
     std::vector<Edge> edges;
 };
-
-using Shape = void (*)(Scene& scene, int count);
 
 /// Each shader uses the one before.
 void Chain(Scene& scene, int count) {
@@ -216,9 +226,7 @@ void Compile(benchmark::State& state, Shape shape) {
         {
             Benchmarks::NullContext context;
             Scene scene(&context);
-            shape(scene, count);
-            scene.ConnectAll();
-            scene.MakeEffect();
+            scene.Build(shape, count);
             state.ResumeTiming();
             if (!scene.effect->Update(nullptr) || !scene.effect->IsCompiled()) {
                 state.SkipWithError("not compiled");
@@ -240,9 +248,7 @@ void Reconnect(benchmark::State& state, Shape shape) {
     const int count = static_cast<int>(state.range(0));
     Benchmarks::NullContext context;
     Scene scene(&context);
-    shape(scene, count);
-    scene.ConnectAll();
-    scene.MakeEffect();
+    scene.Build(shape, count);
     scene.effect->Update(nullptr);
     Edge other = scene.edges.front();
     other.pUsed = scene.manager.CreateShader("Leaf");
@@ -266,9 +272,7 @@ void ChangeBelow(benchmark::State& state, Shape shape) {
     const int count = static_cast<int>(state.range(0));
     Benchmarks::NullContext context;
     Scene scene(&context);
-    shape(scene, count);
-    scene.ConnectAll();
-    scene.MakeEffect();
+    scene.Build(shape, count);
     Edge other = scene.edges.front();
     other.pUsed = scene.manager.CreateShader("Leaf");
     bool isOther = false;
@@ -338,9 +342,7 @@ void ChangeValue(benchmark::State& state, Shape shape) {
     const int count = static_cast<int>(state.range(0));
     Benchmarks::NullContext context;
     Scene scene(&context);
-    shape(scene, count);
-    scene.ConnectAll();
-    scene.MakeEffect();
+    scene.Build(shape, count);
     Benchmarks::NullPrimitive primitive;
     scene.effect->CreateReference(&primitive);
     scene.manager.Update(nullptr);
@@ -364,9 +366,7 @@ void Destroy(benchmark::State& state, Shape shape, End end) {
         {
             Benchmarks::NullContext context;
             Scene scene(&context);
-            shape(scene, count);
-            scene.ConnectAll();
-            scene.MakeEffect();
+            scene.Build(shape, count);
             scene.effect->Update(nullptr);
             state.ResumeTiming();
             if (end == End::Effect) {

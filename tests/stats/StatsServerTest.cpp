@@ -22,6 +22,15 @@ using std::chrono::seconds;
 
 constexpr int kPort = StatsProtocol::kPort;
 
+/// Whether the first byte of a list comes. One who waits in the queue when the server takes another
+/// client loses the connection.
+bool IsServed(IPCWrapper& client) {
+    for (int i = 0; i < 200 && client.BytesAvailable() == 0; ++i) {
+        std::this_thread::sleep_for(milliseconds(1));
+    }
+    return client.BytesAvailable() > 0;
+}
+
 /// Connects as soon as somebody listens. @return null when nobody does within @p patience
 std::unique_ptr<IPCWrapperTCPIP> Connect(Clock::duration patience = seconds(20)) {
     const auto end = Clock::now() + patience;
@@ -35,6 +44,9 @@ std::unique_ptr<IPCWrapperTCPIP> Connect(Clock::duration patience = seconds(20))
             client->Connect();
         }
         client->Poll();
+        if (client->IsConnected() && !IsServed(*client)) {
+            client->Close();
+        }
     }
     return client;
 }

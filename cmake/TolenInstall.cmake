@@ -1,11 +1,13 @@
 # What `cmake --install` puts where: versioned libraries with their headers, a CMake package, files
-# for pkg-config and the shader libraries. Programs install themselves with tolen_install_program.
+# for pkg-config, the shader libraries, examples and documents. Programs install themselves with
+# tolen_install_program.
 
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 set(TOLEN_PACKAGE_FOLDER ${CMAKE_INSTALL_LIBDIR}/cmake/TolenEffects)
 set(TOLEN_SHARE_FOLDER ${CMAKE_INSTALL_DATADIR}/tolen-effects)
+set(TOLEN_DOCUMENT_FOLDER ${CMAKE_INSTALL_DATADIR}/doc/tolen-effects)
 
 # Installs a library of ours with the headers below its include/.
 #
@@ -84,4 +86,11 @@ function(tolen_install_package)
     DESTINATION ${TOLEN_PACKAGE_FOLDER})
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/shaders DESTINATION ${TOLEN_SHARE_FOLDER}
     FILES_MATCHING PATTERN *.klsl)
+  # Beside the shaders, which the scenes find by ../../shaders.
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION ${TOLEN_SHARE_FOLDER}
+    PATTERN examples/CMakeLists.txt EXCLUDE)
+  install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
+    ${PROJECT_SOURCE_DIR}/CONTRIBUTING.md DESTINATION ${TOLEN_DOCUMENT_FOLDER})
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION ${TOLEN_DOCUMENT_FOLDER}
+    PATTERN docs/man EXCLUDE)
 endfunction()

@@ -113,7 +113,9 @@ TEST_P(KlslBlocks, DoWhatTheDocumentSays) {
     } else {
         ASSERT_TRUE(works) << rig.GetMessages();
     }
-    if (block.HasMark("wrong") || block.HasMark("tells")) {
+    // On pages with C++ in between, PageTest.cpp compares what is told.
+    const bool isShownElsewhere = parameter.lines.empty() && IsGuide(block.document);
+    if ((block.HasMark("wrong") || block.HasMark("tells")) && !isShownElsewhere) {
         _ExpectLines(parameter, rig.GetMessages());
     }
     if (block.HasMark("prints")) {

@@ -107,6 +107,8 @@ std::vector<std::string> ListDocuments() {
     return documents;
 }
 
+bool IsGuide(const std::string& document) { return document.rfind("docs/guides/", 0) == 0; }
+
 std::string NameOf(const CodeBlock& block) {
     std::string name;
     for (const char c : block.section) {

@@ -33,6 +33,9 @@ std::vector<std::string> ReadLinks(const std::string& document);
 /// The documents of the project: README.md and all of docs/, in the order of their names.
 std::vector<std::string> ListDocuments();
 
+/// Whether a document is one of those in docs/guides, whose C++ is one program from top to end.
+bool IsGuide(const std::string& document);
+
 /// A name for a parameterised test over blocks: the section and the block's place.
 std::string NameOf(const CodeBlock& block);
 

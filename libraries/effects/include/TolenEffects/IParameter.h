@@ -42,7 +42,8 @@ public:
     IParameter(const IParameter&) = delete;
     IParameter& operator=(const IParameter&) = delete;
 
-    /// Listeners that hear of a changed value, which costs a write at the next apply.
+    /// Listeners that hear of a changed value, which costs a write at the next apply. They don't
+    /// hear of the length of an array of values.
     virtual bool AddListenerChangeValue(FastDelegate1<IParameter*, bool>& listener);
     virtual bool RemoveListenerChangeValue(FastDelegate1<IParameter*, bool>& listener);
     /// Listeners that hear of a change for which the shader's code has to be made again.

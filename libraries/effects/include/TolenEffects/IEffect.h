@@ -56,7 +56,8 @@ public:
     virtual bool RemoveListenerChangeAttribute(FastDelegate1<IEffect*, bool>& listener) = 0;
 
     /// Makes @p shader, borrowed, the root in place of the one before. Nothing is compiled yet.
-    /// @return false when the shader can't be used as a root; null ends the effect
+    /// @return false when the shader can't be used as a root, as null can't: the effect is shut
+    ///         down then and takes no other root
     virtual bool SetRoot(IShader* shader) = 0;
     /// Writes the root, or null, to @p shader. @return true
     virtual bool GetRoot(IShader*& shader) const = 0;

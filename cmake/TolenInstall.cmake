@@ -9,7 +9,8 @@ set(TOLEN_PACKAGE_FOLDER ${CMAKE_INSTALL_LIBDIR}/cmake/TolenEffects)
 set(TOLEN_SHARE_FOLDER ${CMAKE_INSTALL_DATADIR}/tolen-effects)
 set(TOLEN_DOCUMENT_FOLDER ${CMAKE_INSTALL_DATADIR}/doc/tolen-effects)
 
-# Installs a library of ours with the headers below its include/.
+# Installs a library of ours with the headers below its include/. A shared one shows what its
+# exports.map says.
 #
 # tolen_install_library(TARGET COMPONENT [REQUIRES PKGCONFIG_MODULE...])
 #   COMPONENT  its name within the CMake package: TolenEffects::COMPONENT
@@ -32,6 +33,9 @@ function(tolen_install_library target component)
       INSTALL_RPATH $ORIGIN
       VERSION ${PROJECT_VERSION}
       SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+    set(exports ${CMAKE_CURRENT_SOURCE_DIR}/exports.map)
+    target_link_options(${target} PRIVATE LINKER:--version-script=${exports})
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${exports})
     set(flags "-L\${libdir} -l${target}")
   endif()
   string(REGEX REPLACE "([a-z])([A-Z])" "\\1-\\2" module ${target})

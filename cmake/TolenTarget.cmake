@@ -16,10 +16,11 @@ function(tolen_target target)
   endif()
 endfunction()
 
-# A test program from all sources of one folder of tests/. Arguments behind LOCK name what only one
-# test of the machine can have at a time, such as a port.
+# A test program from all sources of one folder of tests/. The argument behind LOCK names what only
+# one test of the machine can have at a time, such as a port; the one behind FIXTURE what other tests
+# set up before.
 function(tolen_test_program name folder)
-  cmake_parse_arguments(PARSE_ARGV 2 test "" "LOCK" "")
+  cmake_parse_arguments(PARSE_ARGV 2 test "" "LOCK;FIXTURE" "")
   file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp)
   if(NOT sources)
     return()
@@ -27,8 +28,15 @@ function(tolen_test_program name folder)
   add_executable(${name} ${sources})
   tolen_target(${name})
   target_link_libraries(${name} PRIVATE ${test_UNPARSED_ARGUMENTS} TolenTestPaths GTest::gmock_main)
+  set(properties "")
   if(test_LOCK)
-    set(properties PROPERTIES RESOURCE_LOCK ${test_LOCK})
+    list(APPEND properties RESOURCE_LOCK ${test_LOCK})
+  endif()
+  if(test_FIXTURE)
+    list(APPEND properties FIXTURES_REQUIRED ${test_FIXTURE})
+  endif()
+  if(properties)
+    list(PREPEND properties PROPERTIES)
   endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST ${properties})
 endfunction()

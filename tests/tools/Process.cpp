@@ -67,16 +67,20 @@ std::string WriteTemporary(const std::string& name, const std::string& text) {
     return path;
 }
 
-Ended RunProgram(const std::string& program, const std::vector<std::string>& arguments) {
+Ended RunCommand(const std::string& path, const std::vector<std::string>& arguments) {
     const std::string output = GetTemporary("stdout");
     const std::string errors = GetTemporary("stderr");
-    std::string command = _Quote(ProgramFolder() + "/" + program);
+    std::string command = _Quote(path);
     for (const std::string& argument : arguments) {
         command += " " + _Quote(argument);
     }
     command += " <" + _Quote("/dev/null") + " >" + _Quote(output) + " 2>" + _Quote(errors);
     const int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, _ReadFile(output), _ReadFile(errors)};
+}
+
+Ended RunProgram(const std::string& program, const std::vector<std::string>& arguments) {
+    return RunCommand(ProgramFolder() + "/" + program, arguments);
 }
 
 BackgroundProgram::BackgroundProgram(const std::string& program,

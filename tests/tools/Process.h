@@ -13,7 +13,11 @@ struct Ended {
     std::string errors;
 };
 
-/// Runs a program of ours to its end, with no standard input.
+/// Runs a program to its end, with no standard input.
+/// @param path the whole path of the program
+Ended RunCommand(const std::string& path, const std::vector<std::string>& arguments);
+
+/// The same for a program of ours.
 /// @param program its name in the program folder
 Ended RunProgram(const std::string& program, const std::vector<std::string>& arguments);
 

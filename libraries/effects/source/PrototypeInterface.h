@@ -13,7 +13,7 @@ namespace Tolen::Effects {
 class Library;
 
 /// The run-time face of one interface declaration.
-class TOLEN_EXPORT PrototypeInterface : public IPrototypeInterface, public CreationOrder {
+class PrototypeInterface : public IPrototypeInterface, public CreationOrder {
 public:
     PrototypeInterface();
     ~PrototypeInterface() override;

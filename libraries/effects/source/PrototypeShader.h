@@ -37,9 +37,7 @@ class VariableDeclaration;
 /// From the declaration it makes two modules of its own: the code that exists once for the class,
 /// and the template that each shader copies under its own names. Both wait until all static inputs
 /// have what they need, and are made again when the structure of one of them changes.
-class TOLEN_EXPORT PrototypeShader : public IPrototypeShader,
-                                     public CreationOrder,
-                                     public StructureNode {
+class PrototypeShader : public IPrototypeShader, public CreationOrder, public StructureNode {
 public:
     PrototypeShader();
     ~PrototypeShader() override;

@@ -1,6 +1,8 @@
 #include "Commands.h"
-#include "Session.h"
+#include "Options.h"
+#include "Report.h"
 
+#include "language/Session.h"
 #include "scene/ProgramTexts.h"
 
 #include "TolenEffects/IEffect.h"
@@ -58,19 +60,25 @@ bool MakeProgram(MgrEffects& manager, const Options& options, Result& result) {
 } // namespace
 
 int PrintClass(const Options& options) {
-    Session session(options);
-    if (!session.Start() || !session.LoadLibraries()) {
+    const Language::SourceTexts noTexts;
+    Language::Session session(options.searchPaths, noTexts);
+    std::string error;
+    if (!session.Start(error)) {
+        std::fprintf(stderr, "klsl: %s\n", error.c_str());
         return 1;
     }
-    Diagnostic place;
-    place.file = options.files.front();
-    Result result;
-    const Scene::ProgramTexts texts(session.GetContext());
-    const bool isMade = MakeProgram(session.GetManager(), options, result);
-    std::fputs(texts.Print().c_str(), stdout);
-    std::fflush(stdout);
-    session.Report(result, isMade, [&place](const std::string&) { return place; });
-    return isMade && !session.HasErrors() ? 0 : 1;
+    bool isMade = session.LoadLibraries(options.files);
+    if (isMade) {
+        Language::Diagnostic place;
+        place.file = options.files.front();
+        Result result;
+        const Scene::ProgramTexts texts(session.GetContext());
+        isMade = MakeProgram(session.GetManager(), options, result);
+        std::fputs(texts.Print().c_str(), stdout);
+        std::fflush(stdout);
+        session.Report(result, isMade, [&place](const std::string&) { return place; });
+    }
+    return Report(session.GetDiagnostics()) || !isMade ? 1 : 0;
 }
 
 } // namespace Tolen::Klsl

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Diagnostic.h"
+#include "language/Diagnostic.h"
 
 #include <map>
 #include <string>
@@ -11,7 +11,7 @@ class ClassDefinition;
 class Library;
 } // namespace Tolen::Effects
 
-namespace Tolen::Klsl {
+namespace Tolen::Language {
 
 /// Finds what messages are about by the classes and inputs that they name.
 class PlaceFinder {
@@ -34,4 +34,4 @@ private:
     std::map<std::string, Class> _classes;
 };
 
-} // namespace Tolen::Klsl
+} // namespace Tolen::Language

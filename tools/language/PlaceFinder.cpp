@@ -5,7 +5,7 @@
 
 #include <regex>
 
-namespace Tolen::Klsl {
+namespace Tolen::Language {
 
 using namespace Effects;
 
@@ -38,7 +38,6 @@ Diagnostic PlaceFinder::Find(const std::string& text, const Diagnostic& otherwis
     for (const VariableDeclaration* variable : found->second.pDefinition->GetMemberVariables()) {
         if (variable->GetIdentifier()->GetString() == input) {
             place.line = variable->GetType()->GetRange().firstLine;
-            place.subject = input;
         }
     }
     return place;
@@ -48,8 +47,7 @@ Diagnostic PlaceFinder::PlaceOf(const Library& library, const ClassDefinition& d
     Diagnostic place;
     place.file = library.GetName();
     place.line = definition.GetRange().firstLine;
-    place.subject = definition.GetName()->GetString();
     return place;
 }
 
-} // namespace Tolen::Klsl
+} // namespace Tolen::Language

@@ -1,0 +1,91 @@
+#include "Checker.h"
+
+#include "language/PlaceFinder.h"
+#include "language/Session.h"
+
+#include "Library.h"
+#include "MgrEffectsImpl.h"
+#include "TolenEffects/Module.h"
+
+#include "TolenCore/FastDelegate.h"
+
+#include <utility>
+
+namespace Tolen::Language {
+
+using namespace Effects;
+
+struct Checker::Texts {
+    SourceTexts texts;
+};
+
+/// One check, from an empty manager on.
+class Checker::Run {
+public:
+    explicit Run(const Checker& checker) : _session(checker._searchPaths, checker._pTexts->texts) {}
+
+    std::vector<Diagnostic> Check(const std::vector<std::string>& files);
+
+private:
+    bool _AddLibrary(Library* library) {
+        _libraries.push_back(library);
+        return true;
+    }
+    void _CheckClass(Library& library, const ClassDefinition& definition,
+                     const PlaceFinder& places);
+
+    Session _session;
+    std::vector<Library*> _libraries; ///< also those that others have imported
+};
+
+std::vector<Diagnostic> Checker::Run::Check(const std::vector<std::string>& files) {
+    std::string error;
+    if (!_session.Start(error)) {
+        Diagnostic diagnostic;
+        diagnostic.text = error;
+        return {diagnostic};
+    }
+    _session.LoadLibraries(files);
+    _session.GetManager().GetImplementation()->VisitLibraries(
+        MakeDelegate(this, &Run::_AddLibrary));
+    const PlaceFinder places(_libraries);
+    for (Library* const library : _libraries) {
+        for (const ClassDefinition* definition : library->GetModule()->GetClassDefinitions()) {
+            _CheckClass(*library, *definition, places);
+        }
+    }
+    return _session.GetDiagnostics();
+}
+
+/// Loads a class and makes a shader of it, which also evaluates the defaults of its inputs.
+void Checker::Run::_CheckClass(Library& library, const ClassDefinition& definition,
+                               const PlaceFinder& places) {
+    Result result;
+    IShader* const shader = library.CreateShader(definition.GetName()->GetString(), &result);
+    const Diagnostic place = PlaceFinder::PlaceOf(library, definition);
+    _session.Report(result, shader != nullptr,
+                    [&](const std::string& text) { return places.Find(text, place); });
+    library.DestroyShader(shader);
+}
+
+Checker::Checker() : _pTexts(std::make_unique<Texts>()) {}
+
+Checker::~Checker() = default;
+
+void Checker::AddSearchPath(const std::string& folder) {
+    _searchPaths.push_back(folder);
+}
+
+void Checker::SetText(const std::string& file, const std::string& text) {
+    _pTexts->texts[FullPath(file)] = text;
+}
+
+void Checker::RemoveText(const std::string& file) {
+    _pTexts->texts.erase(FullPath(file));
+}
+
+std::vector<Diagnostic> Checker::Check(const std::vector<std::string>& files) {
+    return Run(*this).Check(files);
+}
+
+} // namespace Tolen::Language

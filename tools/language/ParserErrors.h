@@ -1,0 +1,24 @@
+#pragma once
+
+#include "language/SourceText.h"
+
+#include <string>
+#include <vector>
+
+namespace Tolen::Language {
+
+class PreprocessedText;
+
+/// What the parser says about a text, with the exact place.
+struct ParserError {
+    std::string text; ///< in the parser's words, without a place
+    SourceRange range;
+    SourceRange first;      ///< of what is declared twice: the first; empty otherwise
+    std::string suggestion; ///< for a word that is close to a keyword; empty otherwise
+};
+
+/// Parses a text with the library's parser to find the tokens that its messages mean. In the order
+/// of these.
+std::vector<ParserError> FindParserErrors(const PreprocessedText& text);
+
+} // namespace Tolen::Language

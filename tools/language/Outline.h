@@ -28,6 +28,8 @@ struct Symbol {
     Kind kind = kKind_Class;
     bool isStatic = false;
     bool isConst = false;
+    /// Whether the closing brace is missing; it ends then where something else begins.
+    bool isCut = false;
     std::string name;
     /// Of values: the type without brackets, such as "vec3" or "IPattern"; of functions what they
     /// return; of a class the interface that it implements, empty when there is none.

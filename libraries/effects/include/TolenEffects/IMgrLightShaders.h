@@ -51,6 +51,8 @@ class IShader;
 /// - An input that a destroyed light was connected to answers null and keeps the cell in its
 ///   companion, as does the cell of a receiver that is set to null: a receiver has to be given the
 ///   lights that are left, and its new length.
+/// - An array of lights is set cell by cell. The form of Set that takes many shaders goes past the
+///   view, to the real array.
 /// - Listeners added through a view hear of the real shader, which they get as argument, until the
 ///   view goes. Delete listeners hear both of the real shader and of the view.
 /// - A view whose real shader is gone has no parameters and answers false, null or an empty text.

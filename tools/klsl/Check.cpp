@@ -11,6 +11,7 @@ int Check(const Options& options) {
     for (const std::string& folder : options.searchPaths) {
         checker.AddSearchPath(folder);
     }
+    checker.SetClientNames(options.names);
     return Report(checker.Check(options.files)) ? 1 : 0;
 }
 

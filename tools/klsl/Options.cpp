@@ -21,6 +21,28 @@ void CheckPrint(const Options& options, const std::string& effect) {
     }
 }
 
+/// An option that adds to @p variables each time it is given.
+void AddVariables(CLI::App& command, const std::string& option,
+                  std::vector<Language::ClientVariable>& variables, const std::string& text) {
+    command
+        .add_option_function<std::vector<std::string>>(
+            option,
+            [option, &variables](const std::vector<std::string>& values) {
+                for (const std::string& value : values) {
+                    Language::ClientVariable variable;
+                    if (!Language::ReadClientVariable(value, variable)) {
+                        throw CLI::ValidationError(
+                            option, "expected a type and a name, found '" + value + "'");
+                    }
+                    Put(variables, variable);
+                }
+            },
+            text)
+        ->take_all()
+        ->expected(1)
+        ->allow_extra_args(false);
+}
+
 } // namespace
 
 bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus) {
@@ -57,6 +79,12 @@ bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus)
     graph->add_option("-o,--output", options.output,
                       "the drawing: .svg, .png, .pdf, or .dot for its text");
 
+    for (CLI::App* command : {check, print}) {
+        AddVariables(*command, "--ray-attribute", options.names.rayAttributes,
+                     "a variable that rays carry, such as 'float weight'");
+        AddVariables(*command, "--global", options.names.globals,
+                     "a variable that all shaders share, such as 'float wetness'");
+    }
     for (CLI::App* command : {check, print, graph}) {
         command->add_option("-I,--search-path", options.searchPaths,
                             "a folder to look for libraries and included files in")

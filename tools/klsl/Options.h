@@ -1,5 +1,7 @@
 #pragma once
 
+#include "language/ClientNames.h"
+
 #include <string>
 #include <vector>
 
@@ -13,6 +15,7 @@ struct Options {
     Command command = kCommand_Check;
     std::vector<std::string> files;       ///< the libraries to load, in this order; or one scene
     std::vector<std::string> searchPaths; ///< folders to look for them and their includes in
+    Language::ClientNames names;          ///< what the client adds to the language
     std::string className;                ///< to print: the class of the root
     Effect effect = kEffect_Surface;      ///< to print: what the class is the root of
     std::string output;                   ///< of a graph: the file; empty for the standard output

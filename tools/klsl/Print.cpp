@@ -63,7 +63,7 @@ int PrintClass(const Options& options) {
     const Language::SourceTexts noTexts;
     Language::Session session(options.searchPaths, noTexts);
     std::string error;
-    if (!session.Start(error)) {
+    if (!session.Start(options.names, error)) {
         std::fprintf(stderr, "klsl: %s\n", error.c_str());
         return 1;
     }

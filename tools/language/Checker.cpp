@@ -1,5 +1,6 @@
 #include "Checker.h"
 
+#include "language/BodyChecker.h"
 #include "language/PlaceFinder.h"
 #include "language/Session.h"
 
@@ -22,7 +23,10 @@ struct Checker::Texts {
 /// One check, from an empty manager on.
 class Checker::Run {
 public:
-    explicit Run(const Checker& checker) : _session(checker._searchPaths, checker._pTexts->texts) {}
+    explicit Run(const Checker& checker)
+        : _names(checker._names), _session(checker._searchPaths, checker._pTexts->texts) {}
+
+    const std::set<std::string>& GetFiles() const { return _session.GetAssets().GetAsked(); }
 
     std::vector<Diagnostic> Check(const std::vector<std::string>& files);
 
@@ -31,16 +35,17 @@ private:
         _libraries.push_back(library);
         return true;
     }
-    void _CheckClass(Library& library, const ClassDefinition& definition,
+    bool _CheckClass(Library& library, const ClassDefinition& definition,
                      const PlaceFinder& places);
 
+    const ClientNames& _names;
     Session _session;
     std::vector<Library*> _libraries; ///< also those that others have imported
 };
 
 std::vector<Diagnostic> Checker::Run::Check(const std::vector<std::string>& files) {
     std::string error;
-    if (!_session.Start(error)) {
+    if (!_session.Start(_names, error)) {
         Diagnostic diagnostic;
         diagnostic.text = error;
         return {diagnostic};
@@ -49,16 +54,22 @@ std::vector<Diagnostic> Checker::Run::Check(const std::vector<std::string>& file
     _session.GetManager().GetImplementation()->VisitLibraries(
         MakeDelegate(this, &Run::_AddLibrary));
     const PlaceFinder places(_libraries);
+    BodyChecker bodies(_session, _libraries);
     for (Library* const library : _libraries) {
         for (const ClassDefinition* definition : library->GetModule()->GetClassDefinitions()) {
-            _CheckClass(*library, *definition, places);
+            if (_CheckClass(*library, *definition, places)) {
+                bodies.AddClass(*library, *definition);
+            }
         }
+        bodies.AddFunctions(*library);
     }
+    bodies.Check();
     return _session.GetDiagnostics();
 }
 
 /// Loads a class and makes a shader of it, which also evaluates the defaults of its inputs.
-void Checker::Run::_CheckClass(Library& library, const ClassDefinition& definition,
+/// @return whether that could be done
+bool Checker::Run::_CheckClass(Library& library, const ClassDefinition& definition,
                                const PlaceFinder& places) {
     Result result;
     IShader* const shader = library.CreateShader(definition.GetName()->GetString(), &result);
@@ -66,6 +77,7 @@ void Checker::Run::_CheckClass(Library& library, const ClassDefinition& definiti
     _session.Report(result, shader != nullptr,
                     [&](const std::string& text) { return places.Find(text, place); });
     library.DestroyShader(shader);
+    return shader != nullptr;
 }
 
 Checker::Checker() : _pTexts(std::make_unique<Texts>()) {}
@@ -85,7 +97,10 @@ void Checker::RemoveText(const std::string& file) {
 }
 
 std::vector<Diagnostic> Checker::Check(const std::vector<std::string>& files) {
-    return Run(*this).Check(files);
+    Run run(*this);
+    std::vector<Diagnostic> diagnostics = run.Check(files);
+    _files = run.GetFiles();
+    return diagnostics;
 }
 
 } // namespace Tolen::Language

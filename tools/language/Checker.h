@@ -1,8 +1,10 @@
 #pragma once
 
+#include "language/ClientNames.h"
 #include "language/Diagnostic.h"
 
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -22,6 +24,9 @@ public:
     /// A folder to look for libraries and included files in.
     void AddSearchPath(const std::string& folder);
 
+    /// What the client of the libraries adds to the language.
+    void SetClientNames(const ClientNames& names) { _names = names; }
+
     /// Lets @p text stand for a file, as an editor holds it before it is saved.
     /// @param file an absolute path
     void SetText(const std::string& file, const std::string& text);
@@ -30,15 +35,20 @@ public:
 
     /// Checks libraries together, which may refer to each other.
     /// @return the messages, those of one file together in the order of its lines; files in the
-    /// order
-    ///         of @p files, others that these include or import behind them. Files are named as in
-    ///         @p files
+    ///         order of @p files, others that these include or import behind them. Files are named
+    ///         as in @p files, others by their full paths
     std::vector<Diagnostic> Check(const std::vector<std::string>& files);
+
+    /// The full paths of all files that the last check looked for, there or not: when one of them
+    /// changes, another check may say something else.
+    const std::set<std::string>& GetFiles() const { return _files; }
 
 private:
     class Run;
 
     std::vector<std::string> _searchPaths;
+    ClientNames _names;
+    std::set<std::string> _files;
     struct Texts;
     std::unique_ptr<Texts> _pTexts;
 };

@@ -63,7 +63,7 @@ Session::~Session() {
     SetMgrAssets(_pAssetsBefore);
 }
 
-bool Session::Start(std::string& error) {
+bool Session::Start(const ClientNames& names, std::string& error) {
     Result result;
     OpenKL::ContextOptions options;
     options.threads = 1;
@@ -72,6 +72,12 @@ bool Session::Start(std::string& error) {
     if (_pContext == nullptr || !_pManager->Init(&_console, _pContext, &result)) {
         error = "can't start: " + result.GetLast();
         return false;
+    }
+    for (const ClientVariable& variable : names.rayAttributes) {
+        _pManager->AddRayAttribute(variable.type, variable.name);
+    }
+    for (const ClientVariable& variable : names.globals) {
+        _pManager->AddVariableGlobal(variable.type, variable.name);
     }
     std::vector<std::string> predefined;
     if (_pContext->AreDifferentialsEnabled()) {
@@ -106,21 +112,35 @@ bool Session::LoadLibraries(const std::vector<std::string>& files) {
 }
 
 void Session::Report(Result& result, bool success, const PlaceOf& placeOf) {
-    std::vector<Message> messages = _pSink->TakeMessages();
-    const std::vector<Message> diary = _pSink->TakeDiary();
-    Append(messages, ReadMessages(result));
-    result.Clear();
+    std::vector<Message> diary;
+    std::vector<Message> messages = TakeMessages(result, &diary);
     if (!success && !HasError(messages)) {
         Append(messages, diary);
     }
     if (!success && !HasError(messages)) {
-        Append(messages,
-               ReadMessages(Diagnostic::kSeverity_Error, "This can't be used, without a reason"));
+        Append(messages, ReadMessages(Diagnostic::kSeverity_Error,
+                                      "This can't be used, without a reason"));
     }
+    if (messages.size() > 1) {
+        std::erase_if(messages, IsConsequence);
+    }
+    Add(messages, placeOf);
+}
+
+std::vector<Message> Session::TakeMessages(Result& result, std::vector<Message>* pDiary) {
+    std::vector<Message> messages = _pSink->TakeMessages();
+    Append(messages, ReadMessages(result));
+    result.Clear();
+    const std::vector<Message> diary = _pSink->TakeDiary();
+    if (pDiary != nullptr) {
+        Append(*pDiary, diary);
+    }
+    return messages;
+}
+
+void Session::Add(const std::vector<Message>& messages, const PlaceOf& placeOf) {
     for (const Message& message : messages) {
-        if (messages.size() == 1 || !IsConsequence(message)) {
-            _Add(_Place(message, placeOf));
-        }
+        _Add(_Place(message, placeOf));
     }
 }
 

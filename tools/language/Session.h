@@ -1,5 +1,6 @@
 #pragma once
 
+#include "language/ClientNames.h"
 #include "language/Diagnostic.h"
 #include "language/Message.h"
 #include "language/ParserErrors.h"
@@ -34,7 +35,7 @@ public:
     Session& operator=(const Session&) = delete;
 
     /// Starts the manager. @return false, with the reason in @p error, when that fails
-    bool Start(std::string& error);
+    bool Start(const ClientNames& names, std::string& error);
 
     /// Loads libraries and reports what is wrong with them.
     /// @return whether all of them could be loaded
@@ -47,6 +48,12 @@ public:
     /// What has been reported before is passed over.
     /// @param success of what was done since; a failure without a message is reported as one
     void Report(Result& result, bool success, const PlaceOf& placeOf);
+
+    /// Takes what the console and @p result have got, and empties both.
+    /// @param pDiary unless null, takes what the console got that isn't meant as a complaint
+    std::vector<Message> TakeMessages(Result& result, std::vector<Message>* pDiary = nullptr);
+    /// Takes messages down. What has been reported before is passed over.
+    void Add(const std::vector<Message>& messages, const PlaceOf& placeOf);
 
     /// What has been reported: the messages of one file together in the order of its lines; files
     /// as they were loaded, then others as they came up.

@@ -1,0 +1,48 @@
+#include "ClientNames.h"
+
+#include <algorithm>
+#include <regex>
+
+namespace Tolen::Language {
+
+using namespace Effects;
+
+namespace {
+
+/// @return kType_Void when there is no such type of values
+TypeSpecifier FindType(const std::string& name) {
+    for (int value = kType_Float; value <= kType_Primitive; ++value) {
+        const auto type = static_cast<TypeSpecifier>(value);
+        if (name == TypeSpecifierToString(type)) {
+            return type;
+        }
+    }
+    return kType_Void;
+}
+
+} // namespace
+
+bool ReadClientVariable(const std::string& text, ClientVariable& variable) {
+    static const std::regex kVariable("\\s*(\\w+)\\s+([A-Za-z_]\\w*)\\s*");
+    std::smatch match;
+    if (!std::regex_match(text, match, kVariable) ||
+        FindType(match[1]) == kType_Void) {
+        return false;
+    }
+    variable = {FindType(match[1]), match[2]};
+    return true;
+}
+
+void Put(std::vector<ClientVariable>& variables, const ClientVariable& variable) {
+    const auto same = [&variable](const ClientVariable& other) {
+        return other.name == variable.name;
+    };
+    const auto found = std::find_if(variables.begin(), variables.end(), same);
+    if (found == variables.end()) {
+        variables.push_back(variable);
+    } else {
+        *found = variable;
+    }
+}
+
+} // namespace Tolen::Language

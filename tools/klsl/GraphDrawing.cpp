@@ -129,8 +129,8 @@ private:
         }
     }
 
-    /// What the description connects to a cell, as it names it, or what is there otherwise. All lights
-    /// of a kind are one shader in the end, which may be what an input answers.
+    /// What the description connects to a cell, as it names it, or what is there otherwise. All
+    /// lights of a kind are one shader in the end, which may be what an input answers.
     IShader* _FindConnected(const Connection& cell,
                             const SceneDescription::Shader* described) const {
         if (described == nullptr || cell.pShader == nullptr) {
@@ -147,8 +147,8 @@ private:
         return cell.pShader;
     }
 
-    /// Whether @p shader is a default that has nothing to show but its class, which then stands in the
-    /// row of the input.
+    /// Whether @p shader is a default that has nothing to show but its class, which then stands in
+    /// the row of the input.
     bool _IsPlain(IShader& shader) const {
         bool hasCoords = false;
         auto note = [&hasCoords](const std::string&, IParameter*) { return hasCoords = true; };
@@ -176,7 +176,8 @@ private:
         const bool isDefault = described == _described.end();
         const std::string& id = _ids.at(&shader);
         const std::string name = Escape(shader.GetClassName());
-        _BeginTable(id, isDefault ? name : "<b>" + Escape(described->second->name) + "</b>: " + name,
+        _BeginTable(id,
+                    isDefault ? name : "<b>" + Escape(described->second->name) + "</b>: " + name,
                     isDefault ? "#a0a0a0" : "#202020", isDefault ? "#f6f6f6" : "#dce8f6");
         _DrawInputs(id, GetInputs(shader), isDefault ? nullptr : described->second);
         auto draw = [this](const std::string& coord, IParameter* attribute) {
@@ -206,7 +207,8 @@ private:
         for (std::size_t i = 0; i < _description.effects.size(); ++i) {
             const SceneDescription::Effect& effect = _description.effects[i];
             const std::string id = Format("e%zu", i);
-            _BeginTable(id, "<b>" + Escape(effect.name) + "</b>: " + kKinds[effect.kind] + " effect",
+            _BeginTable(id,
+                        "<b>" + Escape(effect.name) + "</b>: " + kKinds[effect.kind] + " effect",
                         "#202020", "#dcf0dc");
             _EndTable();
             IShader* root = nullptr;
@@ -221,8 +223,8 @@ private:
                      const char* fill) {
         _text += "    " + id + " [fontcolor=\"" + color + "\", label=<<table color=\"" + color +
                  "\" border=\"0\" cellborder=\"1\" cellspacing=\"0\" cellpadding=\"3\">\n"
-                 "        <tr><td colspan=\"2\" bgcolor=\"" + fill + "\">" + heading +
-                 "</td></tr>\n";
+                 "        <tr><td colspan=\"2\" bgcolor=\"" +
+                 fill + "\">" + heading + "</td></tr>\n";
     }
 
     void _EndTable() { _text += "        </table>>];\n"; }

@@ -31,8 +31,8 @@ void AddVariables(CLI::App& command, const std::string& option,
                 for (const std::string& value : values) {
                     Language::ClientVariable variable;
                     if (!Language::ReadClientVariable(value, variable)) {
-                        throw CLI::ValidationError(
-                            option, "expected a type and a name, found '" + value + "'");
+                        throw CLI::ValidationError(option, "expected a type and a name, found '" +
+                                                               value + "'");
                     }
                     Put(variables, variable);
                 }
@@ -86,8 +86,9 @@ bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus)
                      "a variable that all shaders share, such as 'float wetness'");
     }
     for (CLI::App* command : {check, print, graph}) {
-        command->add_option("-I,--search-path", options.searchPaths,
-                            "a folder to look for libraries and included files in")
+        command
+            ->add_option("-I,--search-path", options.searchPaths,
+                         "a folder to look for libraries and included files in")
             ->take_all()
             ->expected(1)
             ->allow_extra_args(false);
@@ -108,10 +109,10 @@ bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus)
     if (!effect.empty()) {
         options.effect = kEffects.at(effect);
     }
-    options.command = graph->parsed()               ? Options::kCommand_Graph
-                      : check->parsed()             ? Options::kCommand_Check
+    options.command = graph->parsed()             ? Options::kCommand_Graph
+                      : check->parsed()           ? Options::kCommand_Check
                       : options.className.empty() ? Options::kCommand_PrintScene
-                                                    : Options::kCommand_PrintClass;
+                                                  : Options::kCommand_PrintClass;
     return true;
 }
 

@@ -222,10 +222,10 @@ BodyChecker::Outcome BodyChecker::_CheckRoot(const Root& root) {
 }
 
 BodyChecker::Outcome BodyChecker::_Compile(const Root& root, Stage stage) {
-    static constexpr std::pair<ScopedEffect::Create, ScopedEffect::Destroy> kKinds[kStage_Count] =
-        {{&MgrEffects::CreateEffectSurface, &MgrEffects::DestroyEffectSurface},
-         {&MgrEffects::CreateEffectRenderer, &MgrEffects::DestroyEffectRenderer},
-         {&MgrEffects::CreateEffectPrefix, &MgrEffects::DestroyEffectPrefix}};
+    static constexpr std::pair<ScopedEffect::Create, ScopedEffect::Destroy> kKinds[kStage_Count] = {
+        {&MgrEffects::CreateEffectSurface, &MgrEffects::DestroyEffectSurface},
+        {&MgrEffects::CreateEffectRenderer, &MgrEffects::DestroyEffectRenderer},
+        {&MgrEffects::CreateEffectPrefix, &MgrEffects::DestroyEffectPrefix}};
 
     MgrEffects& manager = _session.GetManager();
     Outcome outcome;

@@ -71,7 +71,7 @@ private:
     std::vector<Effects::Library*> _libraries;
     std::set<std::string> _fileNames;                    ///< of the libraries, without folders
     std::map<std::string, std::string> _implementations; ///< by their interfaces
-    std::unique_ptr<ShaderFiller> _pStatics; ///< of the static inputs
+    std::unique_ptr<ShaderFiller> _pStatics;             ///< of the static inputs
     std::vector<Root> _roots;
     int _countMade = 0;
 };

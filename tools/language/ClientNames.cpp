@@ -25,8 +25,7 @@ TypeSpecifier FindType(const std::string& name) {
 bool ReadClientVariable(const std::string& text, ClientVariable& variable) {
     static const std::regex kVariable("\\s*(\\w+)\\s+([A-Za-z_]\\w*)\\s*");
     std::smatch match;
-    if (!std::regex_match(text, match, kVariable) ||
-        FindType(match[1]) == kType_Void) {
+    if (!std::regex_match(text, match, kVariable) || FindType(match[1]) == kType_Void) {
         return false;
     }
     variable = {FindType(match[1]), match[2]};

@@ -23,7 +23,7 @@ void Put(std::vector<ClientVariable>& variables, const ClientVariable& variable)
 struct ClientNames {
     /// From the start, those that the shader libraries of this project ask for.
     std::vector<ClientVariable> rayAttributes{{Effects::kType_Vec3, "throughput"},
-                                               {Effects::kType_Float, "direct"}};
+                                              {Effects::kType_Float, "direct"}};
     std::vector<ClientVariable> globals;
 };
 

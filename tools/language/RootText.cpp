@@ -49,8 +49,7 @@ std::string MakeCall(const std::string& before, const FunctionPrototype& functio
         }
         arguments += (arguments.empty() ? "" : ", ") + argument;
     }
-    return "{ " + variables + before + function.GetName()->GetString() + "(" + arguments +
-           "); }\n";
+    return "{ " + variables + before + function.GetName()->GetString() + "(" + arguments + "); }\n";
 }
 
 std::string MakeHead(const FunctionPrototype& function) {

@@ -118,8 +118,8 @@ void Session::Report(Result& result, bool success, const PlaceOf& placeOf) {
         Append(messages, diary);
     }
     if (!success && !HasError(messages)) {
-        Append(messages, ReadMessages(Diagnostic::kSeverity_Error,
-                                      "This can't be used, without a reason"));
+        Append(messages,
+               ReadMessages(Diagnostic::kSeverity_Error, "This can't be used, without a reason"));
     }
     if (messages.size() > 1) {
         std::erase_if(messages, IsConsequence);

@@ -30,11 +30,12 @@ void PrintTo(const PageProgram& page, std::ostream* stream) {
 }
 
 std::vector<PageProgram> _ListPages() {
-    std::vector<PageProgram> pages;
+    std::vector<PageProgram> pages = {{"doc-pages", "docs/klsl.md"},
+                                      {"doc-pages", "docs/openkl.md"}};
     for (const std::string& document : ListDocuments()) {
         if (IsGuide(document)) {
             const bool isOwn = document == "docs/guides/own-openkl.md";
-            pages.push_back({isOwn ? "doc-own-openkl" : "doc-guides", document});
+            pages.push_back({isOwn ? "doc-own-openkl" : "doc-pages", document});
         }
     }
     return pages;
@@ -53,7 +54,8 @@ std::vector<ShownBlock> _ReadStatements(const std::string& document) {
         const CodeBlock& block = blocks[i];
         if (block.language == "cpp" && !block.HasMark("frame") && !block.HasMark("file-scope") &&
             !block.HasMark("include")) {
-            const bool hasText = i + 1 < blocks.size() && blocks[i + 1].language == "text";
+            const bool hasText = i + 1 < blocks.size() && blocks[i + 1].language == "text" &&
+                                 blocks[i + 1].section == block.section;
             shown.push_back({block, hasText ? blocks[i + 1].text : ""});
         }
     }

@@ -5,10 +5,19 @@ namespace Tolen::Language {
 Nesting::Nesting() : _frames(1) {}
 
 std::int32_t Nesting::GetLevel(std::string_view text) const {
-    const Frame& top = GetTop();
+    const Frame* frame = &GetTop();
+    if (text == "}") {
+        while (frame->kind != kKind_File && frame->kind != kKind_Block) {
+            frame = &GetParent(*frame);
+        }
+        return frame->level;
+    }
+    while (text == "{" && frame->kind == kKind_Group) {
+        frame = &GetParent(*frame);
+    }
     const bool isDeeper =
-        (top.kind == kKind_Block && text != "}") || (top.kind == kKind_Control && text != "{");
-    return isDeeper ? top.level + 1 : top.level;
+        frame->kind == kKind_Block || (frame->kind == kKind_Control && text != "{");
+    return isDeeper ? frame->level + 1 : frame->level;
 }
 
 bool Nesting::IsInForHead() const {
@@ -131,9 +140,15 @@ void Nesting::_CompleteStatement(std::string_view next) {
 void Nesting::_BeginStatement(std::size_t token, std::string_view text, bool isFirstOnLine) {
     const bool hasHead = text == "if" || text == "for" || text == "while";
     if (hasHead || text == "else" || text == "do") {
+        const std::int32_t level = isFirstOnLine ? GetLevel(text) : GetTop().level;
+        if (text == "if" && !isFirstOnLine && GetTop().kind == kKind_Control &&
+            GetTop().control == 'e') {
+            // A chain is as deep as its first condition.
+            _Pop();
+        }
         _Push({.kind = hasHead ? kKind_Head : kKind_Control,
                .control = text.front(),
-               .level = isFirstOnLine ? GetLevel(text) : GetTop().level,
+               .level = level,
                .token = token});
         _isAtStart = !hasHead;
     }

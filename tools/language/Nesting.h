@@ -39,7 +39,7 @@ public:
 
     /// Whether the next token begins a statement, or a declaration outside of functions.
     bool IsAtStart() const { return _isAtStart; }
-    /// The level that a statement has which begins here with @p text.
+    /// The level that a line has which begins here with a statement's first token, @p text.
     std::int32_t GetLevel(std::string_view text) const;
     /// Whether the next token is inside the parentheses of a `for`, not deeper.
     bool IsInForHead() const;

@@ -214,7 +214,7 @@ TEST(Format, OfSourcesWithoutTheirBlanks_IsSound) {
 TEST(Format, OfDamagedAndRandomTexts_IsSound) {
     std::mt19937 random(3);
     const auto& corpus = Tests::GetCorpus();
-    for (std::size_t i = 0; i < 400 && !HasFatalFailure(); ++i) {
+    for (std::size_t i = 0; i < 150 && !HasFatalFailure(); ++i) {
         ExpectSound(Tests::Damage(random, corpus[i % corpus.size()].text));
         ExpectSound(Tests::MakeRandomText(random, 20));
         ExpectSound(Tests::MakeRandomText(random, 120));

@@ -9,5 +9,6 @@ int Check(const Options& options);
 int PrintClass(const Options& options);
 int PrintScene(const Options& options);
 int Graph(const Options& options);
+int FormatFiles(const Options& options);
 
 } // namespace Tolen::Klsl

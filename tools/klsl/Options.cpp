@@ -79,6 +79,12 @@ bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus)
     graph->add_option("-o,--output", options.output,
                       "the drawing: .svg, .png, .pdf, or .dot for its text");
 
+    CLI::App* const format = app.add_subcommand("fmt", "lay out libraries anew, in their files");
+    format->add_option("files", options.files,
+                       "the libraries; '-', as without any, for standard input and output");
+    format->add_flag("--check", options.checksFormat,
+                     "change nothing, but list the files that would change, and exit with 1 then");
+
     for (CLI::App* command : {check, print}) {
         AddVariables(*command, "--ray-attribute", options.names.rayAttributes,
                      "a variable that rays carry, such as 'float weight'");
@@ -109,7 +115,11 @@ bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus)
     if (!effect.empty()) {
         options.effect = kEffects.at(effect);
     }
+    if (format->parsed() && options.files.empty()) {
+        options.files = {"-"};
+    }
     options.command = graph->parsed()             ? Options::kCommand_Graph
+                      : format->parsed()          ? Options::kCommand_Format
                       : check->parsed()           ? Options::kCommand_Check
                       : options.className.empty() ? Options::kCommand_PrintScene
                                                   : Options::kCommand_PrintClass;

@@ -9,7 +9,13 @@ namespace Tolen::Klsl {
 
 /// What the command line asks for.
 struct Options {
-    enum Command { kCommand_Check, kCommand_PrintClass, kCommand_PrintScene, kCommand_Graph };
+    enum Command {
+        kCommand_Check,
+        kCommand_PrintClass,
+        kCommand_PrintScene,
+        kCommand_Graph,
+        kCommand_Format,
+    };
     enum Effect { kEffect_Surface, kEffect_Renderer, kEffect_Prefix };
 
     Command command = kCommand_Check;
@@ -19,6 +25,7 @@ struct Options {
     std::string className;                ///< to print: the class of the root
     Effect effect = kEffect_Surface;      ///< to print: what the class is the root of
     std::string output;                   ///< of a graph: the file; empty for the standard output
+    bool checksFormat = false;            ///< to format: tell what would change, and change nothing
 };
 
 /// Reads the command line.

@@ -20,6 +20,8 @@ int Run(const Options& options) {
         return PrintScene(options);
     case Options::kCommand_Graph:
         return Graph(options);
+    case Options::kCommand_Format:
+        return FormatFiles(options);
     }
     return 2;
 }

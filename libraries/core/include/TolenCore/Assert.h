@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Internal checks: what the library believes of itself, and who hears when it does not hold.
+
 #include "TolenCore/Export.h"
 
 #include <atomic>
@@ -9,6 +12,7 @@ namespace Tolen {
 /// Decides what happens when an internal check fails.
 class TOLEN_EXPORT IAssertHandler {
 public:
+    /// What is to follow a failed check.
     enum Response {
         kResponse_Continue,   ///< go on with the operation's failure answer; ask again next time
         kResponse_IgnoreSite, ///< the same, and don't ask again for this place in the source
@@ -16,9 +20,11 @@ public:
 
     virtual ~IAssertHandler() = default;
 
+    /// Called when a check has failed, on its thread.
     /// @param expression the text of the check that failed
     /// @param line       where it stands
     /// @param source     the unit, such as "Source/Graph"
+    /// @return what is to follow
     virtual Response OnAssert(const char* expression, int line, const char* source) = 0;
 };
 

@@ -14,8 +14,9 @@ namespace Tolen {
 /// Something that was read for the client: a file, or a text that stands for one.
 class TOLEN_EXPORT IAsset {
 public:
+    /// How a request for an asset has ended.
     enum Status {
-        kStatus_Ok,
+        kStatus_Ok,         ///< there is an asset
         kStatus_NotFound,   ///< no such file in any search path
         kStatus_NotAFile,   ///< a folder or a device
         kStatus_Unreadable, ///< there, but it can't be read
@@ -39,6 +40,9 @@ class TOLEN_EXPORT IMgrAssets {
 public:
     virtual ~IMgrAssets() = default;
 
+    /// Reads what @p path names.
+    /// @param path   a file, or whatever the implementation finds by its name
+    /// @param mode   1 for a text
     /// @param status says why when there is no asset
     /// @return owned by the manager until ReleaseAsset; null on failure
     virtual IAsset* AcquireAsset(Path path, int mode, IAsset::Status& status) = 0;
@@ -56,11 +60,15 @@ public:
     MgrAssets();
     ~MgrAssets() override;
 
+    /// Appends a folder to those in which relative paths are looked up. Nothing checks that it
+    /// exists.
     void AddSearchPath(const Path& folder);
+    /// Forgets the added folders; the working folder still serves relative paths.
     void ClearSearchPaths();
 
     /// Lets @p text stand for the file @p path; copied. A second call replaces the text.
     void AddMemoryAsset(const Path& path, const std::string& text);
+    /// Takes a text away, if there is one; assets that were given out keep it.
     void RemoveMemoryAsset(const Path& path);
 
     IAsset* AcquireAsset(Path path, int mode, IAsset::Status& status) override;

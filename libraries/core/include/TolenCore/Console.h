@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The console: where the system talks to a person.
+
 #include "TolenCore/Export.h"
 
 #include <string>
@@ -24,11 +27,18 @@ public:
 /// Takes finished console text. A sink is borrowed by its console and must outlive the use.
 class TOLEN_EXPORT IConsoleSink {
 public:
-    enum Channel { kChannel_General, kChannel_Warning, kChannel_Error };
+    /// Which operation of the console a message came by.
+    enum Channel {
+        kChannel_General, ///< IMgrConsole::Print
+        kChannel_Warning, ///< IMgrConsole::Warning
+        kChannel_Error,   ///< IMgrConsole::Error
+    };
 
     virtual ~IConsoleSink() = default;
 
-    /// @param text one message as it was formatted, with its line feed if it has one
+    /// Takes one message, on the thread that it comes from.
+    /// @param channel where the message belongs
+    /// @param text    the message as it was formatted, with its line feed if it has one
     virtual void Write(Channel channel, const std::string& text) = 0;
 };
 
@@ -36,10 +46,13 @@ public:
 /// Safe to call from several threads when its sink is.
 class TOLEN_EXPORT MgrConsole : public IMgrConsole {
 public:
+    /// A console that writes to @p sink.
     /// @param sink borrowed; null for stderr
     explicit MgrConsole(IConsoleSink* sink = nullptr) : _pSink(sink) {}
 
-    /// Replaces the sink. @return the one before, null for stderr
+    /// Replaces the sink; not while another thread prints.
+    /// @param sink borrowed; null for stderr
+    /// @return the one before, null for stderr
     IConsoleSink* SetSink(IConsoleSink* sink);
 
     void Print(const char* format, ...) override TOLEN_PRINTF(2, 3);
@@ -59,9 +72,11 @@ TOLEN_EXPORT IMgrConsole* GetMgrConsole();
 /// @return the one before
 TOLEN_EXPORT IMgrConsole* SetMgrConsole(IMgrConsole* console);
 
-/// Prints one message on the general, or on the error, channel of the console of the process;
-/// without a console nothing happens.
+/// Prints one message on the general channel of the console of the process; without a console
+/// nothing happens.
 TOLEN_EXPORT void ConsolePrint(const char* format, ...) TOLEN_PRINTF(1, 2);
+/// Prints one message on the error channel of the console of the process; without a console nothing
+/// happens.
 TOLEN_EXPORT void ConsoleError(const char* format, ...) TOLEN_PRINTF(1, 2);
 
 } // namespace Tolen

@@ -17,8 +17,11 @@ public:
     std::uint64_t GetCreationNumber() const { return _creationNumber; }
 
 protected:
+    /// Draws the next number; from any thread.
     CreationOrder();
+    /// Draws a number of its own.
     CreationOrder(const CreationOrder&) : CreationOrder() {}
+    /// Leaves the number as it is.
     CreationOrder& operator=(const CreationOrder&) { return *this; }
     ~CreationOrder() = default;
 

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Attributes of what the headers declare.
+
 /// Marks what a shared library shows to its users; everything else stays hidden.
 #if defined(_WIN32)
 #define TOLEN_EXPORT __declspec(dllexport)

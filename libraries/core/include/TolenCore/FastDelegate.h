@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Bound callbacks, with which listeners and visits are handed over.
+
 #include "TolenCore/CreationOrder.h"
 
 #include <cstddef>
@@ -19,6 +22,7 @@ namespace fastdelegate {
 template <class R, class... Args>
 class FastDelegate {
 public:
+    /// A free function that a delegate can be bound to.
     using FreeFunction = R (*)(Args...);
 
     /// An empty delegate; calling it answers `R(true)` where that exists, otherwise `R()`.
@@ -33,7 +37,8 @@ public:
     /// The same for a const member function.
     template <class X, class Y>
     FastDelegate(const X* object, R (Y::*function)(Args...) const) {
-        _BindMember<const Y>(const_cast<Y*>(static_cast<const Y*>(object)), _OrderOf(object), function);
+        _BindMember<const Y>(const_cast<Y*>(static_cast<const Y*>(object)), _OrderOf(object),
+                             function);
     }
 
     /// Binds a free function.
@@ -72,18 +77,29 @@ public:
         return _stub(*this, static_cast<Args>(args)...);
     }
 
+    /// Whether nothing is bound.
     bool IsEmpty() const { return _stub == nullptr; }
+    /// Whether something is bound.
     explicit operator bool() const { return _stub != nullptr; }
 
     /// The bound object, null for an empty delegate or a free function.
     const void* GetObject() const { return _object; }
 
-    friend bool operator==(const FastDelegate& a, const FastDelegate& b) { return a._Compare(b) == 0; }
-    friend bool operator!=(const FastDelegate& a, const FastDelegate& b) { return a._Compare(b) != 0; }
+    /// Whether both are bound to the same function of the same object, or both are empty. Those of
+    /// Borrow() are the same for the same callable.
+    friend bool operator==(const FastDelegate& a, const FastDelegate& b) {
+        return a._Compare(b) == 0;
+    }
+    /// Whether they are bound to different things.
+    friend bool operator!=(const FastDelegate& a, const FastDelegate& b) {
+        return a._Compare(b) != 0;
+    }
 
     /// Objects that carry a creation number come first, in the order in which they were made; then
     /// all others by address. Functions of one object are ordered by their bytes.
-    friend bool operator<(const FastDelegate& a, const FastDelegate& b) { return a._Compare(b) < 0; }
+    friend bool operator<(const FastDelegate& a, const FastDelegate& b) {
+        return a._Compare(b) < 0;
+    }
 
 private:
     static constexpr std::size_t kFunctionSize = 2 * sizeof(void*);
@@ -135,13 +151,16 @@ private:
     Stub _stub = nullptr;
 };
 
-/// Delegates by the number of their arguments: the arguments first, the answer last.
+/// A delegate without arguments.
 template <class R = void>
 using FastDelegate0 = FastDelegate<R>;
+/// A delegate of one argument: the argument first, the answer last.
 template <class A, class R = void>
 using FastDelegate1 = FastDelegate<R, A>;
+/// A delegate of two arguments: the arguments first, the answer last.
 template <class A, class B, class R = void>
 using FastDelegate2 = FastDelegate<R, A, B>;
+/// A delegate of three arguments: the arguments first, the answer last.
 template <class A, class B, class C, class R = void>
 using FastDelegate3 = FastDelegate<R, A, B, C>;
 
@@ -150,6 +169,7 @@ template <class X, class Y, class R, class... Args>
 FastDelegate<R, Args...> MakeDelegate(X* object, R (Y::*function)(Args...)) {
     return FastDelegate<R, Args...>(object, function);
 }
+/// Binds @p object and a @p function that leaves it as it is, with the types deduced.
 template <class X, class Y, class R, class... Args>
 FastDelegate<R, Args...> MakeDelegate(const X* object, R (Y::*function)(Args...) const) {
     return FastDelegate<R, Args...>(object, function);

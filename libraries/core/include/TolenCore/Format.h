@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Texts with numbers in them that are the same in every locale.
+
 #include "TolenCore/Export.h"
 
 #include <cstdarg>
@@ -11,14 +14,16 @@ namespace Tolen {
 /// whatever locale the client has set.
 TOLEN_EXPORT std::string Format(const char* format, ...) TOLEN_PRINTF(1, 2);
 
-/// The same for an argument list, which the call leaves as it was.
+/// Formats as Format() does, with the arguments from a list, which the call leaves as it was.
 TOLEN_EXPORT std::string FormatV(const char* format, std::va_list arguments);
 
 /// Holds the calling thread in the "C" locale for a scope, so that numbers are written and read
 /// with a point; other threads keep theirs.
 class TOLEN_EXPORT ScopedCLocale {
 public:
+    /// Changes the locale of the calling thread.
     ScopedCLocale();
+    /// Gives the thread its locale back; to be destroyed on the thread that made it.
     ~ScopedCLocale();
     ScopedCLocale(const ScopedCLocale&) = delete;
     ScopedCLocale& operator=(const ScopedCLocale&) = delete;
@@ -28,7 +33,7 @@ private:
 };
 
 /// Reads a float at the start of @p text with a point as the decimal separator, as atof does:
-/// 0 when there is none, infinity on overflow.
+/// 0 when there is none and for null, infinity on overflow.
 TOLEN_EXPORT double ParseFloat(const char* text);
 
 } // namespace Tolen

@@ -11,8 +11,10 @@ namespace Tolen {
 ///     if (!alive) return false;
 class LifeToken {
 public:
+    /// Answers true as long as the token lives that gave it out; it may outlive the token.
     class Watch {
     public:
+        /// Whether the token is still there.
         explicit operator bool() const { return *_alive; }
 
     private:
@@ -30,6 +32,8 @@ public:
     LifeToken(const LifeToken&) = delete;
     LifeToken& operator=(const LifeToken&) = delete;
 
+    /// A watch over this token, to be taken while it lives. Token and watches are used by one
+    /// thread.
     Watch GetWatch() const {
         if (_alive == nullptr) {
             _alive = std::make_shared<bool>(true);

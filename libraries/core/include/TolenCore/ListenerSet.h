@@ -44,6 +44,7 @@ public:
         return true;
     }
 
+    /// Takes all delegates out. While the set fires, none of them is called any more.
     void Clear() {
         if (_entries != nullptr) {
             _entries->map.clear();
@@ -51,7 +52,9 @@ public:
         }
     }
 
+    /// Whether there is no delegate.
     bool IsEmpty() const { return _entries == nullptr || _entries->map.empty(); }
+    /// The number of delegates.
     std::size_t GetCount() const { return _entries == nullptr ? 0 : _entries->map.size(); }
 
     /// Calls the listeners in set order up to the first that answers false.

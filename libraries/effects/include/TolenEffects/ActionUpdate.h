@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Value updates on their way from shaders to primitives.
+
 #include "TolenCore/Export.h"
 #include "TolenCore/FastDelegate.h"
 
@@ -18,13 +21,19 @@ using DelegateUpdate = FastDelegate2<IKLPrimitive*, IKLProgram*, bool>;
 /// A value update on its way to the primitives of an effect: the effect, and the write.
 class TOLEN_EXPORT ActionUpdate {
 public:
+    /// An action that writes nothing.
     ActionUpdate() = default;
-    ActionUpdate(IEffect* effect, const DelegateUpdate& update) : _pEffect(effect), _update(update) {}
+    /// The write @p update for the program of @p effect, which is borrowed.
+    ActionUpdate(IEffect* effect, const DelegateUpdate& update)
+        : _pEffect(effect), _update(update) {}
 
     /// Writes the value on @p primitive with the effect's program. An empty action answers true.
+    /// @return whether the primitive took the value
     bool Run(IKLPrimitive* primitive) const;
 
+    /// The effect whose value has changed; null for an empty action. Borrowed.
     IEffect* GetEffect() const { return _pEffect; }
+    /// The write; it holds as long as the parameter that it came from.
     const DelegateUpdate& GetDelegate() const { return _update; }
 
 private:

@@ -1,5 +1,9 @@
 #pragma once
 
+/// @file
+/// The declarations. Operations that take a node take its ownership, and setters of children delete
+/// the child they replace, accept null and answer true.
+
 #include "TolenEffects/Syntax.h"
 
 #include <cstddef>
@@ -8,17 +12,16 @@
 #include <unordered_set>
 #include <vector>
 
-/// The declarations. Operations that take a node take its ownership, and setters of children delete
-/// the child they replace, accept null and answer true.
-
 namespace Tolen::Effects {
 
 class CompoundStatement;
 class Expression;
 class Type;
 
+/// The base of all declarations but FunctionParameter.
 class TOLEN_EXPORT Declaration : public Syntax {
 public:
+    /// The kind that GetClass answers, known without a node.
     static constexpr Class ClassStatic() { return kClass_Declaration; }
 
     ~Declaration() override;
@@ -28,13 +31,16 @@ public:
     virtual Declaration* Clone(Module* target) const = 0;
     /// Whether @p other, which may be null, declares the same. Ranges and marks don't count.
     virtual bool Equals(const Declaration* other) const = 0;
+    /// Calls the reading Visit of @p visitor for this kind of node. @return its answer
     virtual bool AcceptVisitor(Visitor* visitor) const = 0;
+    /// Calls the mutating Visit of @p visitor for this kind of node. @return its answer
     virtual bool AcceptVisitor(Visitor* visitor) = 0;
 
     /// The module that the node belongs to.
     Module* GetModule() const { return _pModule; }
 
 protected:
+    /// A node of @p module, which is borrowed.
     explicit Declaration(Module* module) : _pModule(module) {}
     Declaration(const Declaration&) = delete;
 
@@ -42,6 +48,7 @@ protected:
 };
 
 /// A variable: a local or global one, a member, an input or a coordinate of a class.
+/// @extends Declaration
 class TOLEN_EXPORT VariableDeclaration
     : public TPlainNode<VariableDeclaration, kClass_VariableDeclaration, Declaration> {
 public:
@@ -51,19 +58,31 @@ public:
     /// By storage qualifier, then by name.
     virtual bool operator<(const VariableDeclaration& other) const;
 
+    /// Whether the variable belongs to the class and not to each shader.
     bool IsStatic() const { return _static; }
+    /// Sets whether the variable belongs to the class.
     void SetStatic(bool isStatic) { _static = isStatic; }
+    /// Whether "const" stands before the type.
     bool IsConst() const { return _const; }
+    /// Sets whether "const" stands before the type.
     void SetConst(bool isConst) { _const = isConst; }
+    /// What stands before the type.
     StorageQualifier GetStorageQualifier() const { return _storageQualifier; }
+    /// Replaces what stands before the type.
     void SetStorageQualifier(StorageQualifier qualifier) { _storageQualifier = qualifier; }
+    /// How a coord is moved to world space.
     TransformationCoord GetTransformation() const { return _transformation; }
+    /// Sets how a coord is moved to world space.
     void SetTransformation(TransformationCoord transformation) { _transformation = transformation; }
+    /// The type, of one element and the array together.
     Type* GetType() const { return _pType.get(); }
+    /// Replaces the type. @return true
     bool SetType(Type* type);
+    /// The name, which may be changed in place.
     String* GetIdentifier() const { return _pIdentifier; }
     /// Null when there is none.
     Expression* GetInitializer() const { return _pInitializer.get(); }
+    /// Replaces the initializer. @return true
     bool SetInitializer(Expression* initializer);
 
 private:
@@ -82,28 +101,36 @@ private:
 /// A parameter of a function; no Declaration.
 class TOLEN_EXPORT FunctionParameter : public Syntax {
 public:
+    /// The kind that GetClass answers, known without a node.
     static constexpr Class ClassStatic() { return kClass_FunctionParameter; }
 
     ~FunctionParameter() override;
     Class GetClass() const override { return kClass_FunctionParameter; }
+    /// A deep copy in @p target, with the source's range, that nobody owns yet.
     virtual FunctionParameter* Clone(Module* target) const;
     /// Whether @p other, which may be null, has the same type, name and qualifier.
     virtual bool Equals(const FunctionParameter* other) const;
     /// By type specifier, qualifier and name; an unnamed parameter counts as one with no text.
     virtual bool operator<(const FunctionParameter& other) const;
+    /// Calls the reading Visit of @p visitor for this kind of node. @return its answer
     virtual bool AcceptVisitor(Visitor* visitor) const;
+    /// Calls the mutating Visit of @p visitor for this kind of node. @return its answer
     virtual bool AcceptVisitor(Visitor* visitor);
 
     /// The module that the node belongs to.
     Module* GetModule() const { return _pModule; }
 
+    /// The type of the parameter.
     Type* GetType() const { return _pType.get(); }
+    /// Replaces the type. @return true
     bool SetType(Type* type);
     /// Null for an unnamed parameter.
     String* GetName() const { return _pName; }
     /// Stores @p name and releases the one before.
     void SetName(String* name);
+    /// The direction in which the value goes.
     ParameterQualifier GetParameterQualifier() const { return _parameterQualifier; }
+    /// Sets the direction.
     void SetParameterQualifier(ParameterQualifier qualifier) { _parameterQualifier = qualifier; }
 
 private:
@@ -118,6 +145,7 @@ private:
 };
 
 /// The head of a function.
+/// @extends Declaration
 class TOLEN_EXPORT FunctionPrototype
     : public TPlainNode<FunctionPrototype, kClass_FunctionPrototype, Declaration> {
 public:
@@ -134,20 +162,28 @@ public:
     /// As Equals, but the names of parameters don't count.
     bool Equivalent(const Declaration* other) const;
 
+    /// Whether the method is static.
     FunctionQualifier GetQualifier() const { return _qualifier; }
+    /// Sets whether the method is static.
     void SetQualifier(FunctionQualifier qualifier) { _qualifier = qualifier; }
     /// Null until the parser has read it.
     Type* GetReturnType() const { return _pReturnType.get(); }
+    /// Replaces the return type. @return true
     bool SetReturnType(Type* type);
     /// Rename with GetName()->SetString.
     String* GetName() const { return _pName; }
+    /// Whether the printer leaves the function out, and why.
     Optimization GetOptimization() const { return _optimization; }
+    /// Marks the function for the printer.
     void SetOptimization(Optimization optimization) { _optimization = optimization; }
 
+    /// Appends a parameter.
     void AddParameter(FunctionParameter* parameter);
     /// The parameters in order, owned by the prototype.
     std::vector<FunctionParameter*>& GetParameters() { return _parameters; }
+    /// The parameters, to be read.
     const std::vector<FunctionParameter*>& GetParameters() const { return _parameters; }
+    /// The number of parameters.
     std::size_t GetCountParameters() const { return _parameters.size(); }
 
 private:
@@ -162,6 +198,7 @@ private:
 };
 
 /// A function with its body.
+/// @extends Declaration
 class TOLEN_EXPORT FunctionDefinition
     : public TPlainNode<FunctionDefinition, kClass_FunctionDefinition, Declaration> {
 public:
@@ -171,10 +208,15 @@ public:
     /// By the order of the prototypes.
     virtual bool operator<(const FunctionDefinition& other) const;
 
+    /// The head of the function.
     FunctionPrototype* GetFunctionPrototype() const { return _pFunctionPrototype.get(); }
+    /// The body of the function.
     CompoundStatement* GetCompoundStatement() const { return _pCompoundStatement.get(); }
+    /// Replaces the body. @return true
     bool SetCompoundStatement(CompoundStatement* statement);
+    /// Whether the printer leaves the function out, and why.
     Optimization GetOptimization() const { return _optimization; }
+    /// Marks the function for the printer.
     void SetOptimization(Optimization optimization) { _optimization = optimization; }
 
 private:
@@ -187,6 +229,7 @@ private:
 };
 
 /// A structure or a uniform block. No source declares one; the compile stage does.
+/// @extends Declaration
 class TOLEN_EXPORT StructDefinition
     : public TPlainNode<StructDefinition, kClass_StructDefinition, Declaration> {
 public:
@@ -202,12 +245,16 @@ public:
     void SetName(String* name) { _pName = name; }
     /// Whether this is a uniform block.
     bool IsUniform() const { return _uniform; }
+    /// Sets whether this is a uniform block.
     void SetUniform(bool uniform) { _uniform = uniform; }
 
+    /// Appends a member.
     void AddMemberVariable(VariableDeclaration* variable);
     /// The members in order, owned by the structure.
     std::vector<VariableDeclaration*>& GetMemberVariables() { return _memberVariables; }
+    /// The members, to be read.
     const std::vector<VariableDeclaration*>& GetMemberVariables() const { return _memberVariables; }
+    /// The number of members.
     std::size_t GetCountMemberVariables() const { return _memberVariables.size(); }
 
 private:
@@ -220,11 +267,13 @@ private:
 };
 
 /// A shader class.
+/// @extends Declaration
 class TOLEN_EXPORT ClassDefinition
     : public TPlainNode<ClassDefinition, kClass_ClassDefinition, Declaration> {
 public:
+    /// The coords by name.
     using Coords = std::map<std::string, VariableDeclaration*>;
-    /// Walked in the order in which the names were made.
+    /// The types of the outputs by name, in the order in which the names were made.
     using Outputs = std::map<String*, Type*, StringCreationOrder>;
 
     ~ClassDefinition() override;
@@ -241,30 +290,42 @@ public:
     /// Stores the pointer; the name before stays with the module.
     void SetInterface(String* name) { _pInterface = name; }
 
+    /// Appends a plain member or an input.
     void AddMemberVariable(VariableDeclaration* variable);
     /// Plain members and inputs in order, owned by the class.
     std::vector<VariableDeclaration*>& GetMemberVariables() { return _memberVariables; }
+    /// Plain members and inputs, to be read.
     const std::vector<VariableDeclaration*>& GetMemberVariables() const { return _memberVariables; }
+    /// The number of plain members and inputs.
     std::size_t GetCountMemberVariables() const { return _memberVariables.size(); }
 
+    /// Appends a method.
     void AddMemberFunction(FunctionDefinition* function);
     /// The methods in order, owned by the class.
     std::vector<FunctionDefinition*>& GetMemberFunctions() { return _memberFunctions; }
+    /// The methods, to be read.
     const std::vector<FunctionDefinition*>& GetMemberFunctions() const { return _memberFunctions; }
+    /// The number of methods.
     std::size_t GetCountMemberFunctions() const { return _memberFunctions.size(); }
 
     /// Enters a coordinate member under its name.
     /// @return false, with @p coord still the caller's, when there is one of this name
     bool AddCoord(VariableDeclaration* coord);
+    /// The coordinate members, owned by the class.
     Coords& GetCoords() { return _coords; }
+    /// The coordinate members, to be read.
     const Coords& GetCoords() const { return _coords; }
+    /// The number of coordinate members.
     std::size_t GetCountCoords() const { return _coords.size(); }
 
     /// Enters an output, whose name must not be changed from then on.
     /// @return false, with @p type and @p name still the caller's, when there is one with this text
     bool AddOutput(Type* type, String* name);
+    /// The outputs, owned by the class.
     Outputs& GetOutputs() { return _outputs; }
+    /// The outputs, to be read.
     const Outputs& GetOutputs() const { return _outputs; }
+    /// The number of outputs.
     std::size_t GetCountOutputs() const { return _outputs.size(); }
 
 private:
@@ -281,6 +342,7 @@ private:
 };
 
 /// An interface that classes implement.
+/// @extends Declaration
 class TOLEN_EXPORT InterfaceDefinition
     : public TPlainNode<InterfaceDefinition, kClass_InterfaceDefinition, Declaration> {
 public:
@@ -294,10 +356,13 @@ public:
     /// Stores the pointer; the name before stays with the module.
     void SetName(String* name) { _pName = name; }
 
+    /// Appends a method.
     void AddMemberFunction(FunctionPrototype* function);
     /// The methods in order, owned by the interface.
     std::vector<FunctionPrototype*>& GetMemberFunctions() { return _memberFunctions; }
+    /// The methods, to be read.
     const std::vector<FunctionPrototype*>& GetMemberFunctions() const { return _memberFunctions; }
+    /// The number of methods.
     std::size_t GetCountMemberFunctions() const { return _memberFunctions.size(); }
 
 private:

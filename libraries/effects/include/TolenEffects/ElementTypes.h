@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The types of inputs on the client's side, and what is known of them.
+
 #include "TolenEffects/SyntaxTypes.h"
 
 #include "TolenOpenKLWrapper/UniformTypes.h"
@@ -31,9 +34,12 @@ namespace Tolen::Effects {
 /// - `kSpecifier`: the type in the shading language
 /// - `kName`: the name of the C++ type
 /// - `Buffer`: the form of one element in a buffer; `bool` becomes an `int` of 0 or 1
+///
+/// @tparam T one of TOLEN_ELEMENT_TYPES
 template <class T>
 struct ElementType;
 
+/// Tells what is known of one type.
 #define TOLEN_ELEMENT_TYPE(specifier, T, name, bytes)                                              \
     template <>                                                                                    \
     struct ElementType<T> {                                                                        \
@@ -50,19 +56,21 @@ TOLEN_ELEMENT_TYPES(TOLEN_ELEMENT_TYPE)
 template <class T>
 using ArgumentOf = std::conditional_t<std::is_class_v<T>, const T&, T>;
 
+/// One case of VisitElementType().
+#define TOLEN_VISIT_ELEMENT_TYPE(enumerator, T, name, bytes)                                       \
+    case enumerator:                                                                               \
+        return visit(std::type_identity<T>());
+
 /// Calls @p visit with a `std::type_identity<T>` of the element type that has @p specifier.
 /// @return the answer of @p visit, or @p unknown when no element type has the specifier
 template <class Answer, class Visit>
 Answer VisitElementType(TypeSpecifier specifier, Answer unknown, Visit&& visit) {
     switch (specifier) {
-#define TOLEN_VISIT_ELEMENT_TYPE(enumerator, T, name, bytes)                                       \
-    case enumerator:                                                                               \
-        return visit(std::type_identity<T>());
         TOLEN_ELEMENT_TYPES(TOLEN_VISIT_ELEMENT_TYPE)
-#undef TOLEN_VISIT_ELEMENT_TYPE
     default:
         return unknown;
     }
 }
+#undef TOLEN_VISIT_ELEMENT_TYPE
 
 } // namespace Tolen::Effects

@@ -33,37 +33,53 @@ public:
     ILocalParameter(const ILocalParameter&) = delete;
     ILocalParameter& operator=(const ILocalParameter&) = delete;
 
-    /// Listeners that are called once, when the local parameter goes.
+    /// Adds a listener that is called once, when the local parameter goes.
+    /// @return true
     virtual bool AddListenerDelete(FastDelegate1<ILocalParameter*, bool>& listener);
+    /// Takes a listener of AddListenerDelete() off. @return true
     virtual bool RemoveListenerDelete(FastDelegate1<ILocalParameter*, bool>& listener);
 
     /// The parameter in its graph of which this is a copy; null after the shutdown.
     virtual IReferenceParameter* GetReferenceParameter();
+    /// The primitive that the value is for; null after the shutdown.
     virtual IKLPrimitive* GetKLPrimitive();
 
-    /// As the operations of IParameter, without effect on the shared value. Shaders and names can't
-    /// be local: their forms answer false.
+    /// Names can't be local. @return false
     virtual bool Set(const std::string& value);
+    /// Shaders can't be local. @return false
     virtual bool Set(IShader** values, int count);
+    /// Shaders can't be local. @return false
     virtual bool Set(IShader* value, int index);
+    /// Shaders can't be local. @return false
     virtual bool Set(IShader* value);
 #define TOLEN_DECLARE_SET(specifier, T, name, bytes)                                               \
+    /** Sets the first @p count elements, copied, as IParameter does; the shared value stays. */   \
     virtual bool Set(const T* values, int count);                                                  \
+    /** Sets the element @p index as IParameter does; the shared value stays. */                   \
     virtual bool Set(LocalArgumentOf<T> value, int index);                                         \
+    /** Sets the first element. @return as for an element with an index */                         \
     virtual bool Set(LocalArgumentOf<T> value);
     TOLEN_ELEMENT_TYPES(TOLEN_DECLARE_SET)
 #undef TOLEN_DECLARE_SET
 
+    /// Names can't be local. @return false
     virtual bool Get(std::string& value);
+    /// Shaders can't be local. @return false
     virtual bool Get(IShader*& value, int index);
+    /// Shaders can't be local. @return false
     virtual bool Get(IShader*& value);
 #define TOLEN_DECLARE_GET(specifier, T, name, bytes)                                               \
+    /** Writes the element @p index to @p value.                                                   \
+        @return false, with @p value as it was, for an index outside the length and for another    \
+                type than the declared one */                                                      \
     virtual bool Get(T& value, int index);                                                         \
+    /** Writes the first element to @p value. @return as for an element with an index */           \
     virtual bool Get(T& value);
     TOLEN_ELEMENT_TYPES(TOLEN_DECLARE_GET)
 #undef TOLEN_DECLARE_GET
 
-    /// Writes the value to @p primitive at @p location.
+    /// Writes the value to @p primitive at @p location of @p program.
+    /// @return whether the primitive took it
     virtual bool Apply(IKLPrimitive* primitive, IKLProgram* program, int location);
 };
 

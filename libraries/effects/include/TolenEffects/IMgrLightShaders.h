@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Many lights of one kind that share one shader.
+
 #include "TolenCore/Export.h"
 
 #include <string>
@@ -38,8 +41,8 @@ class IShader;
 ///
 /// How shaders of the library find each other: an input `x` that takes shaders has a companion of
 /// integers, `xRef`, which the client does not see. It stores for each light where the connected
-/// shader stands: the entry in the array `x` and the cell in the shader there; for an input `x` that
-/// is no array, the cell alone.
+/// shader stands: the entry in the array `x` and the cell in the shader there; for an input `x`
+/// that is no array, the cell alone.
 ///
 /// What a client has to know of views:
 /// - Inputs that are no arrays in the class are the same for all lights of the kind, and so are
@@ -80,12 +83,15 @@ public:
     ///         made before stay, and without Shutdown since the last Init
     virtual bool Init(IMgrEffects* manager, IMgrConsole* console) = 0;
 
-    /// Enters the name of a further class of arrays, or of a receiver. @return true
+    /// Enters the name of a further class of arrays, whose cells CreateShader makes lights.
+    /// @return true
     virtual bool AddArrayClass(const std::string& name) = 0;
+    /// Enters the name of a further receiver. @return true
     virtual bool AddReceiverClass(const std::string& name) = 0;
 
     /// Makes a light for a class of arrays, a receiver for a class of receivers, and a shader of
     /// the effects manager for any other class.
+    /// @param name   of the class
     /// @param result takes the reasons when there is no shader of the class; may be null
     /// @return borrowed, to be given back with DestroyShader; null on failure
     virtual IShader* CreateShader(const std::string& name, Result* result) = 0;
@@ -99,15 +105,17 @@ public:
     /// up in the order of their creation, with their values, and shortens the arrays.
     /// @param unsupported true asks for what doesn't exist: the work is done all the same, a check
     ///                    fails, and the answer is false
-    /// @return false when a value can't be moved or an array can't be shortened; the rest then stays
+    /// @return false when a value can't be moved or an array can't be shortened; the rest then
+    /// stays
     ///         as it is
     virtual bool Update(bool unsupported) = 0;
 };
 
 /// The manager of light shaders of the process, made by the first call.
+/// @return for DestroyMgrLightShaders; to be made ready by IMgrLightShaders::Init
 TOLEN_EXPORT IMgrLightShaders* CreateMgrLightShaders();
 
-/// Deletes it, if there is one.
+/// Shuts the manager of light shaders of the process down and deletes it, if there is one.
 TOLEN_EXPORT void DestroyMgrLightShaders();
 
 } // namespace Tolen::Effects

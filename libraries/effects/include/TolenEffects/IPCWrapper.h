@@ -15,12 +15,19 @@ public:
     virtual void Connect() = 0;
     /// Bytes that can be read without waiting; 0 without a connection.
     virtual int BytesAvailable() = 0;
+    /// Brings on what Connect() has begun; it waits for nothing.
     virtual void Poll() = 0;
+    /// Ends the connection from this side; the object can be used again.
     virtual void Close() = 0;
     /// Waits for @p count bytes.
+    /// @param buffer takes them
+    /// @param count  their number
     /// @return the bytes read, fewer only at the end of the connection; -1 after a failure, and at
     ///         the end when there were none
     virtual int Read(void* buffer, int count) = 0;
-    /// Waits until @p count bytes are on their way. @return as Read() answers
+    /// Waits until @p count bytes are on their way.
+    /// @param buffer holds them
+    /// @param count  their number
+    /// @return as Read() answers
     virtual int Write(const void* buffer, int count) = 0;
 };

@@ -11,10 +11,11 @@
 /// destroyed.
 class TOLEN_EXPORT IPCWrapperTCPIP : public IPCWrapper {
 public:
-    /// @param name the machine that Connect() goes to
+    /// An end without a connection.
+    /// @param name      the machine that Connect() goes to
     /// @param firstPort where Listen() and Connect() try first, 1 to 65535; no other port is ever
     ///                  found
-    /// @param lastPort where Listen() tries last
+    /// @param lastPort  where Listen() tries last
     IPCWrapperTCPIP(const std::string& name, int firstPort, int lastPort);
     ~IPCWrapperTCPIP() override;
     IPCWrapperTCPIP(const IPCWrapperTCPIP&) = delete;
@@ -37,6 +38,8 @@ public:
     /// The socket of the connection, -1 for none.
     virtual int GetSocket();
 
+    /// Whether there is a connection: from when Connect() or Listen() has got through until
+    /// Close().
     bool IsConnected() const;
     /// The port on which Listen() waits or has found its client; -1 after it has given up and
     /// after Close().

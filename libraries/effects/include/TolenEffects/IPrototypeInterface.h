@@ -32,6 +32,8 @@ public:
     /// Whether the interface declares a method of this name, whatever its parameters.
     virtual bool HasMethod(const std::string& method) const = 0;
 
+    /// The manager whose library declares the interface; null before initialisation and after the
+    /// shutdown.
     virtual IMgrEffects* GetMgrEffects() const = 0;
 };
 

@@ -37,14 +37,17 @@ class TOLEN_EXPORT IPrototypeShader {
 public:
     virtual ~IPrototypeShader() = default;
 
-    /// Delete listeners hear of the prototype while it is still whole.
+    /// Adds a listener that is called when the class goes, while it is still whole.
     /// @return true
     virtual bool AddListenerDelete(FastDelegate1<IPrototypeShader*, bool>& listener) = 0;
+    /// Takes a listener of AddListenerDelete() off. @return true
     virtual bool RemoveListenerDelete(FastDelegate1<IPrototypeShader*, bool>& listener) = 0;
 
     /// The class's name; empty before initialisation.
     virtual std::string GetClassName() = 0;
 
+    /// The manager whose library declares the class; null before initialisation and after the
+    /// shutdown.
     virtual IMgrEffects* GetMgrEffects() const = 0;
 
     /// The declaration, borrowed from the library; null before initialisation.
@@ -59,21 +62,24 @@ public:
     /// @return false when the reference isn't one of this prototype
     virtual bool ReleaseReference(ReferencePrototypeShader* reference) = 0;
 
-    /// The static inputs. Visits call every callback, in name order.
-    /// @return whether all callbacks answered true
+    /// Calls @p visit for every static input by name. @return whether all calls answered true
     virtual bool VisitParameters(FastDelegate2<const std::string&, IParameter*, bool>& visit) = 0;
-    /// @return borrowed; null when there is no such static input
+    /// A static input. @return borrowed; null when there is none of this name
     virtual IParameter* GetParameter(const std::string& name) = 0;
 
-    /// The static variables that are no inputs, as above.
+    /// Calls @p visit for every static variable that is no input, by name.
+    /// @return whether all calls answered true
     virtual bool VisitMembers(FastDelegate2<const std::string&, IMember*, bool>& visit) = 0;
+    /// A static variable that is no input. @return borrowed; null when there is none of this name
     virtual IMember* GetMember(const std::string& name) = 0;
 
-    /// The coords of the class with their types and transformations, in name order.
+    /// Calls @p visit for every coord of the class with its type and transformation, by name.
+    /// @return whether all calls answered true
     virtual bool VisitCoords(
         FastDelegate3<TypeSpecifier, const std::string&, TransformationCoord, bool>& visit) = 0;
 
-    /// The outputs of the class, in name order.
+    /// Calls @p visit for every output of the class, by name.
+    /// @return whether all calls answered true
     virtual bool VisitOutputs(FastDelegate2<TypeSpecifier, const std::string&, bool>& visit) = 0;
 
     /// Does nothing; values are applied through the references. @return true
@@ -95,11 +101,18 @@ public:
     /// @param result takes what is missing; may be null
     virtual bool IsComplete(Result* result) = 0;
 
-    /// Sets a static input: one value, one element, or @p count elements, copied.
-    /// @return false, with nothing changed, when the input is unknown or refuses the value
 #define TOLEN_DECLARE_SET_STATIC(T)                                                                \
+    /** Sets the static input @p name to one value. There is no conversion.                        \
+        @return false, with nothing changed, when the input has another type or is unknown, which  \
+                the console is told */                                                             \
     virtual bool SetParameter(const std::string& name, ArgumentOf<T> value) = 0;                   \
+    /** Sets the element @p index of the static input @p name. There is no conversion.             \
+        @return false, with nothing changed, when the input has another type or no such element,   \
+                or is unknown, which the console is told */                                        \
     virtual bool SetParameter(const std::string& name, ArgumentOf<T> value, int index) = 0;        \
+    /** Sets the first @p count elements of the static input @p name, copied.                      \
+        @return false, with nothing changed, when the input is unknown, has another type or fewer  \
+                elements */                                                                        \
     virtual bool SetParameter(const std::string& name, const T* values, int count) = 0;
     TOLEN_DECLARE_SET_STATIC(float)
     TOLEN_DECLARE_SET_STATIC(Vector2f)
@@ -120,9 +133,16 @@ public:
     TOLEN_DECLARE_SET_STATIC(Vector4i)
 #undef TOLEN_DECLARE_SET_STATIC
 
-    /// The same for inputs that take shaders, which are borrowed. Null disconnects.
+    /// Connects a shader, borrowed, to the static input @p name; null disconnects.
+    /// @return false, with nothing changed, when the input is unknown or refuses the shader
     virtual bool SetParameter(const std::string& name, IShader* shader) = 0;
+    /// Connects a shader, borrowed, to the cell @p index of the static input @p name; null
+    /// disconnects.
+    /// @return false, with nothing changed, when the input is unknown or refuses the shader or the
+    ///         index
     virtual bool SetParameter(const std::string& name, IShader* shader, int index) = 0;
+    /// Connects @p count shaders, borrowed, to the first cells of the static input @p name.
+    /// @return false when the input is unknown, refuses a shader or has fewer cells
     virtual bool SetParameter(const std::string& name, IShader** shaders, int count) = 0;
 };
 

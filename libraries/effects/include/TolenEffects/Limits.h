@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+/// @file
 /// The limits of the library. Input beyond one of them is refused with a message that names the
 /// limit, its value and the place in the source; everything up to it works, on a thread with a
 /// stack of 1 MiB too.
@@ -16,7 +17,7 @@ inline constexpr int kLimitFiles = 4096;
 /// Bytes that the directives of one library expand to, those of the libraries it imports included.
 inline constexpr std::size_t kLimitExpandedSource = std::size_t{64} << 20;
 
-/// Characters in a name given to #define.
+/// Characters in a name given to "#define".
 inline constexpr std::size_t kLimitDefinitionName = 1024;
 
 /// How deep classes may nest that are loaded because the loading of another one refers to them.

@@ -27,8 +27,11 @@ public:
     MgrEffects& operator=(const MgrEffects&) = delete;
 
     /// Makes the manager ready. The output "o_color" exists from here on; no library is loaded.
-    /// @param console, context borrowed until Shutdown
-    /// @return false when it is running already, or when it could not start and is shut down again
+    /// @param console takes what the manager has to say, borrowed until Shutdown; null for silence
+    /// @param context makes the API's objects, borrowed until Shutdown
+    /// @param result  not used
+    /// @return false when it is running already, or when it could not start, as without a context,
+    ///         and is shut down again
     bool Init(IMgrConsole* console, IOpenKLContext* context, Result* result);
 
     void Shutdown() override;

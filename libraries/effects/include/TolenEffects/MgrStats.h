@@ -41,6 +41,7 @@ public:
     /// Goes on to the next frame, which begins with what its slot held 64 frames ago: clear the
     /// statistics that are to start from 0.
     void AdvanceSlot();
+    /// The slot of the current frame, 0 to 63.
     int GetSlot() const { return _slot; }
     /// The most recently made statistic, null for none; Stat::GetNext() leads to the others.
     Stat* GetHead() const { return _pHead.load(std::memory_order_acquire); }
@@ -49,6 +50,9 @@ public:
 
     /// Sends the values of @p stat as one message, from the first frame that was not dumped up to
     /// @p end, which is not included and lies in the same round of the ring.
+    /// @param wrapper takes the bytes
+    /// @param stat    of this object
+    /// @param end     a slot
     void DumpStat(IPCWrapper* wrapper, Stat* stat, int end);
     /// Writes the hit counts of all statistics since the last call as text:
     /// `{ "name" : "rays", "value":[3,5]},{ ... }`. Brackets around the list are the caller's.
@@ -69,6 +73,7 @@ protected:
     /// Shuts down and waits until the server's thread is done.
     ~MgrStats();
 
+    /// Whether a thread serves clients; it does no more from Shutdown() on.
     bool HasThread() const { return _thread.joinable(); }
 
 private:

@@ -12,10 +12,13 @@ namespace Tolen::Effects {
 /// Time samples by name, in milliseconds, in the order in which they were taken.
 class TOLEN_EXPORT Profiler {
 public:
+    /// Samples by name.
     using Samples = std::map<std::string, std::vector<float>>;
 
+    /// Appends a sample of @p name.
     void AddTimeSample(const std::string& name, float milliseconds);
 
+    /// All samples; names without any don't occur.
     const Samples& GetTimeSamples() const { return _samples; }
 
     /// Writes one line for each name to the debugger output: "name (ms):1.5, 2".

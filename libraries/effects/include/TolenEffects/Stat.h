@@ -15,7 +15,11 @@ class MgrStats;
 /// Trigger it on one thread at a time, the one that calls MgrStats::AdvanceSlot().
 class TOLEN_EXPORT Stat {
 public:
-    enum Kind { kKind_HitCount = 0, kKind_Time = 1 };
+    /// Which of its numbers a statistic is about.
+    enum Kind {
+        kKind_HitCount = 0, ///< how often it happens
+        kKind_Time = 1,     ///< how long it takes
+    };
 
     /// Frames that are remembered.
     static constexpr int kCountSlots = 64;
@@ -39,10 +43,13 @@ public:
     /// Sets both numbers of the current frame to 0.
     void Clear();
 
-    /// Writes a number of the frame @p slot as text, and resets it if it is to be cleared so.
+    /// Writes the hit count of the frame @p slot as text, and resets it if it is to be cleared so.
     void DumpHitCount(IPCWrapper* wrapper, int slot);
+    /// Writes the seconds of the frame @p slot as text, and resets them if they are to be cleared
+    /// so.
     void DumpTime(IPCWrapper* wrapper, int slot);
 
+    /// The name that it was made with.
     const std::string& GetName() const { return _name; }
     /// A Kind, or whatever else it was made with.
     int GetKind() const { return _kind; }
@@ -50,7 +57,9 @@ public:
     int GetId() const { return _id; }
     /// The statistic that was made before this one, null for the first.
     const Stat* GetNext() const { return _pNext; }
+    /// How often it has happened in the frame @p slot, which is taken modulo 64.
     int GetHitCount(int slot) const { return _hitCounts[_ToIndex(slot)]; }
+    /// The seconds that it has taken in the frame @p slot, which is taken modulo 64.
     double GetTime(int slot) const { return _times[_ToIndex(slot)]; }
     /// Whether dumping a number resets it, as it does at first.
     void SetClearAfterDump(bool clears) { _clearAfterDump = clears; }

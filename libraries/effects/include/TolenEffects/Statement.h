@@ -1,12 +1,13 @@
 #pragma once
 
+/// @file
+/// The statement nodes. As with expressions, operations that take a node take its ownership, and
+/// setters delete the child they replace, accept null and answer true.
+
 #include "TolenEffects/Syntax.h"
 
 #include <cstddef>
 #include <vector>
-
-/// The statement nodes. As with expressions, operations that take a node take its ownership, and
-/// setters delete the child they replace, accept null and answer true.
 
 namespace Tolen::Effects {
 
@@ -14,8 +15,10 @@ class Condition;
 class Expression;
 class VariableDeclaration;
 
+/// The base of all statements.
 class TOLEN_EXPORT Statement : public Syntax {
 public:
+    /// The kind that GetClass answers, known without a node.
     static constexpr Class ClassStatic() { return kClass_Statement; }
 
     ~Statement() override;
@@ -24,12 +27,19 @@ public:
     virtual Statement* Clone(Module* target) const = 0;
     /// Whether @p other, which may be null, has the same structure. Ranges don't count.
     virtual bool Equals(const Statement* other) const = 0;
+    /// Calls the reading Visit of @p visitor for this kind of node with @p slot, which tells the
+    /// parent.
+    /// @return its answer
     virtual bool AcceptVisitor(Visitor* visitor, TParentSyntaxConst<Statement>* slot) const = 0;
+    /// Calls the mutating Visit of @p visitor for this kind of node with @p slot, through which the
+    /// node can be replaced.
+    /// @return its answer
     virtual bool AcceptVisitor(Visitor* visitor, TIParentSyntax<Statement>* slot) = 0;
     /// The module that the node belongs to.
     virtual Module* GetModule() const;
 
 protected:
+    /// A node of @p module, which is borrowed.
     explicit Statement(Module* module) : _pModule(module) {}
     Statement(const Statement&) = delete;
 
@@ -37,6 +47,7 @@ protected:
 };
 
 /// A lone ";".
+/// @extends Statement
 class TOLEN_EXPORT EmptyStatement
     : public TSlottedNode<EmptyStatement, kClass_EmptyStatement, Statement> {
 public:
@@ -50,6 +61,7 @@ private:
 };
 
 /// The declaration of a local variable, or of a global one in a module.
+/// @extends Statement
 class TOLEN_EXPORT DeclarationStatement
     : public TSlottedNode<DeclarationStatement, kClass_DeclarationStatement, Statement> {
 public:
@@ -59,6 +71,7 @@ public:
     /// By the order of the declarations.
     virtual bool operator<(const DeclarationStatement& other) const;
 
+    /// What is declared.
     VariableDeclaration* GetDeclaration() const { return _pDeclaration.get(); }
 
 private:
@@ -68,6 +81,8 @@ private:
     std::unique_ptr<VariableDeclaration> _pDeclaration;
 };
 
+/// An expression with a ";" behind it.
+/// @extends Statement
 class TOLEN_EXPORT ExpressionStatement
     : public TSlottedNode<ExpressionStatement, kClass_ExpressionStatement, Statement> {
 public:
@@ -75,7 +90,9 @@ public:
     ExpressionStatement* Clone(Module* target) const override;
     bool Equals(const Statement* other) const override;
 
+    /// The expression.
     Expression* GetExpression() const { return _pExpression.get(); }
+    /// Replaces the expression. @return true
     bool SetExpression(Expression* expression);
 
 private:
@@ -86,6 +103,7 @@ private:
 };
 
 /// A block in braces.
+/// @extends Statement
 class TOLEN_EXPORT CompoundStatement
     : public TSlottedNode<CompoundStatement, kClass_CompoundStatement, Statement> {
 public:
@@ -97,7 +115,9 @@ public:
     void AddStatement(Statement* statement);
     /// The statements in order, owned by the block. Who changes the list looks after the range.
     std::vector<Statement*>& GetStatements() { return _statements; }
+    /// The statements, to be read.
     const std::vector<Statement*>& GetStatements() const { return _statements; }
+    /// The number of statements.
     std::size_t GetCountStatements() const { return _statements.size(); }
 
 private:
@@ -109,6 +129,7 @@ private:
 };
 
 /// `if (condition) then else else`.
+/// @extends Statement
 class TOLEN_EXPORT SelectionStatement
     : public TSlottedNode<SelectionStatement, kClass_SelectionStatement, Statement> {
 public:
@@ -116,12 +137,17 @@ public:
     SelectionStatement* Clone(Module* target) const override;
     bool Equals(const Statement* other) const override;
 
+    /// What is looked at.
     Expression* GetCondition() const { return _pCondition.get(); }
+    /// Replaces the condition. @return true
     bool SetCondition(Expression* condition);
+    /// What runs where the condition holds.
     Statement* GetThen() const { return _pThen.get(); }
+    /// Replaces what runs where the condition holds. @return true
     bool SetThen(Statement* statement);
     /// Null when there is no else branch.
     Statement* GetElse() const { return _pElse.get(); }
+    /// Replaces the else branch. @return true
     bool SetElse(Statement* statement);
 
 private:
@@ -136,20 +162,26 @@ private:
 /// The base of the loops, which owns the body.
 class TOLEN_EXPORT IterationStatement : public Statement {
 public:
+    /// The kind that GetClass answers, known without a node.
     static constexpr Class ClassStatic() { return kClass_IterationStatement; }
 
     ~IterationStatement() override;
 
+    /// The body.
     Statement* GetStatement() const { return _pStatement.get(); }
+    /// Replaces the body. @return true
     bool SetStatement(Statement* statement);
 
 protected:
+    /// A node of @p module, which takes @p statement for its body.
     IterationStatement(Module* module, Statement* statement);
 
 private:
     std::unique_ptr<Statement> _pStatement;
 };
 
+/// `while (condition) statement`.
+/// @extends IterationStatement
 class TOLEN_EXPORT WhileStatement
     : public TSlottedNode<WhileStatement, kClass_WhileStatement, Statement, IterationStatement> {
 public:
@@ -157,7 +189,9 @@ public:
     WhileStatement* Clone(Module* target) const override;
     bool Equals(const Statement* other) const override;
 
+    /// What is looked at before each round.
     Condition* GetCondition() const { return _pCondition.get(); }
+    /// Replaces the condition. @return true
     bool SetCondition(Condition* condition);
 
 private:
@@ -167,6 +201,8 @@ private:
     std::unique_ptr<Condition> _pCondition;
 };
 
+/// `do statement while (expression);`.
+/// @extends IterationStatement
 class TOLEN_EXPORT DoWhileStatement : public TSlottedNode<DoWhileStatement, kClass_DoWhileStatement,
                                                           Statement, IterationStatement> {
 public:
@@ -174,7 +210,9 @@ public:
     DoWhileStatement* Clone(Module* target) const override;
     bool Equals(const Statement* other) const override;
 
+    /// What is looked at after each round.
     Expression* GetExpression() const { return _pExpression.get(); }
+    /// Replaces what is looked at after each round. @return true
     bool SetExpression(Expression* expression);
 
 private:
@@ -184,6 +222,8 @@ private:
     std::unique_ptr<Expression> _pExpression;
 };
 
+/// `for (initialization condition; iteration) statement`.
+/// @extends IterationStatement
 class TOLEN_EXPORT ForStatement
     : public TSlottedNode<ForStatement, kClass_ForStatement, Statement, IterationStatement> {
 public:
@@ -191,13 +231,17 @@ public:
     ForStatement* Clone(Module* target) const override;
     bool Equals(const Statement* other) const override;
 
+    /// What runs first, with its ";".
     Statement* GetInitialization() const { return _pInitialization.get(); }
+    /// Replaces what runs first. @return true
     bool SetInitialization(Statement* initialization);
     /// Null for a loop without a condition.
     Condition* GetCondition() const { return _pCondition.get(); }
+    /// Replaces the condition. @return true
     bool SetCondition(Condition* condition);
     /// Null when nothing stands behind the second ";".
     Expression* GetIteration() const { return _pIteration.get(); }
+    /// Replaces what runs after each round. @return true
     bool SetIteration(Expression* iteration);
 
 private:
@@ -210,6 +254,7 @@ private:
 };
 
 /// `continue`, `break` or `return`.
+/// @extends Statement
 class TOLEN_EXPORT JumpStatement
     : public TSlottedNode<JumpStatement, kClass_JumpStatement, Statement> {
 public:
@@ -217,10 +262,13 @@ public:
     JumpStatement* Clone(Module* target) const override;
     bool Equals(const Statement* other) const override;
 
+    /// Which of the three it is.
     JumpType GetType() const { return _type; }
+    /// Makes it another of the three.
     void SetType(JumpType type) { _type = type; }
     /// The value of a `return`, null otherwise.
     Expression* GetExpression() const { return _pExpression.get(); }
+    /// Replaces the value of a `return`. @return true
     bool SetExpression(Expression* expression);
 
 private:

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// What a program with statistics sends to who connects to it.
+
 #include <cstdint>
 
 /// The bytes that a program with statistics sends to who connects to it.
@@ -26,10 +29,19 @@
 /// MgrStats::DumpStat.
 namespace StatsProtocol {
 
+/// The TCP port on which a program with statistics listens.
 constexpr int kPort = 8881;
 
-enum Message : std::uint8_t { kMessage_NewStatistic = 1, kMessage_StatisticData = 2 };
+/// The first byte of a message.
+enum Message : std::uint8_t {
+    kMessage_NewStatistic = 1,  ///< a statistic: its name, kind and identifier
+    kMessage_StatisticData = 2, ///< values of a statistic
+};
 
-enum Kind : std::uint8_t { kKind_HitCount = 1, kKind_Time = 2 };
+/// The kind of a statistic, as messages tell it.
+enum Kind : std::uint8_t {
+    kKind_HitCount = 1, ///< a Stat::kKind_HitCount
+    kKind_Time = 2,     ///< a Stat::kKind_Time
+};
 
 } // namespace StatsProtocol

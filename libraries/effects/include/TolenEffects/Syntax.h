@@ -1,14 +1,6 @@
 #pragma once
 
-#include "TolenEffects/SyntaxTypes.h"
-
-#include "TolenCore/Export.h"
-#include "TolenCore/TrivialBase.h"
-
-#include <cstdint>
-#include <memory>
-#include <string>
-
+/// @file
 /// The common ground of the syntax tree: source ranges, names and the base of all nodes.
 ///
 /// Nodes are made only by the Create operations of a Module and belong to it; a module never shares
@@ -19,6 +11,15 @@
 /// and the else branches of SelectionStatement. Everything here that goes through a tree follows
 /// these lines without recursion, and trees of every shape are destroyed without it. Elsewhere the
 /// depth is bounded by kLimitNesting, which the parser enforces.
+
+#include "TolenEffects/SyntaxTypes.h"
+
+#include "TolenCore/Export.h"
+#include "TolenCore/TrivialBase.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
 
 namespace Tolen::Effects {
 
@@ -32,11 +33,12 @@ class TParentSyntaxConst;
 /// Where a node stands in its source file. Lines count from 1; 0 throughout in a range never set.
 struct LocationRange {
     const std::string* file = nullptr; ///< the file's name, borrowed from the parser's caller
-    std::int32_t firstLine = 0;
-    std::int32_t firstColumn = 0;
-    std::int32_t lastLine = 0;
-    std::int32_t lastColumn = 0;
+    std::int32_t firstLine = 0;        ///< of its first character
+    std::int32_t firstColumn = 0;      ///< of its first character
+    std::int32_t lastLine = 0;         ///< of its last character
+    std::int32_t lastColumn = 0;       ///< of its last character
 
+    /// Whether both are the same range of the same text; files are compared by address.
     bool operator==(const LocationRange&) const = default;
 };
 
@@ -49,16 +51,23 @@ public:
 
     Syntax& operator=(const Syntax&) = delete;
 
+    /// Where the node stands.
     LocationRange GetRange() const { return _range; }
+    /// Forgets where the node stands.
     void ClearRange() { _range = LocationRange(); }
+    /// Lets the node stand at @p range.
     void SetRange(const LocationRange& range) { _range = range; }
+    /// Lets the node stand where @p node does.
     void SetRange(const Syntax* node) { _range = node->_range; }
 
-    /// The range from the start of @p first to the end of @p last. The file is that of @p last, or
-    /// that of @p first where @p last has none.
+    /// Lets the range go from the start of @p first to the end of @p last. The file is that of
+    /// @p last, or that of @p first where @p last has none.
     void SetRange(const LocationRange& first, const LocationRange& last);
+    /// Lets the range go from the start of @p first to the end of the node @p last.
     void SetRange(const LocationRange& first, const Syntax* last) { SetRange(first, last->_range); }
+    /// Lets the range go from the start of the node @p first to the end of @p last.
     void SetRange(const Syntax* first, const LocationRange& last) { SetRange(first->_range, last); }
+    /// Lets the range go from the start of the node @p first to the end of the node @p last.
     void SetRange(const Syntax* first, const Syntax* last) {
         SetRange(first->_range, last->_range);
     }
@@ -68,6 +77,7 @@ public:
 
 protected:
     Syntax() = default;
+    /// A copy of the range.
     Syntax(const Syntax&) = default;
 
 private:
@@ -85,8 +95,11 @@ public:
     String(const String&) = delete;
     String& operator=(const String&) = delete;
 
+    /// The text, which may be changed in place.
     std::string& GetString() { return _text; }
+    /// The text.
     const std::string& GetString() const { return _text; }
+    /// Replaces the text.
     void SetString(const std::string& text) { _text = text; }
 
     /// Whether @p other, which may be null, has exactly the same text.
@@ -106,30 +119,47 @@ private:
 
 /// Orders the strings of one module by their making, so that walks are the same in every run.
 struct StringCreationOrder {
+    /// Whether @p a was made before @p b.
     bool operator()(const String* a, const String* b) const { return a->_serial < b->_serial; }
 };
 
-/// What the concrete nodes of one family answer alike. @tparam Family Expression or Statement,
-/// whose visits come with a parent slot.
+/// What the concrete nodes of one family answer alike.
+///
+/// @tparam Node   the node class itself
+/// @tparam kClass its kind
+/// @tparam Family Expression or Statement, whose visits come with a parent slot
+/// @tparam Base   what the node class derives from
 template <class Node, Class kClass, class Family, class Base = Family>
 class TSlottedNode : public Base {
 public:
+    /// The kind that GetClass answers, known without a node.
     static constexpr Class ClassStatic() { return kClass; }
+    /// The kind of the node.
     Class GetClass() const override { return kClass; }
+    /// Calls the reading Visit of @p visitor for this class. @return its answer
     bool AcceptVisitor(Visitor* visitor, TParentSyntaxConst<Family>* slot) const override;
+    /// Calls the mutating Visit of @p visitor for this class. @return its answer
     bool AcceptVisitor(Visitor* visitor, TIParentSyntax<Family>* slot) override;
 
 protected:
     using Base::Base;
 };
 
-/// The same for nodes that are visited without a slot.
+/// What the nodes that are visited without a slot answer alike.
+///
+/// @tparam Node   the node class itself
+/// @tparam kClass its kind
+/// @tparam Base   what the node class derives from
 template <class Node, Class kClass, class Base>
 class TPlainNode : public Base {
 public:
+    /// The kind that GetClass answers, known without a node.
     static constexpr Class ClassStatic() { return kClass; }
+    /// The kind of the node.
     Class GetClass() const override { return kClass; }
+    /// Calls the reading Visit of @p visitor for this class. @return its answer
     bool AcceptVisitor(Visitor* visitor) const override;
+    /// Calls the mutating Visit of @p visitor for this class. @return its answer
     bool AcceptVisitor(Visitor* visitor) override;
 
 protected:

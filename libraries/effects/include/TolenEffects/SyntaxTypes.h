@@ -1,11 +1,12 @@
 #pragma once
 
+/// @file
+/// The enumerations of the shading language. Their numbers are fixed: they are stored, compared by
+/// size and used as table indices all over the library.
+
 #include "TolenCore/Export.h"
 
 #include <cstdint>
-
-/// The enumerations of the shading language. Their numbers are fixed: they are stored, compared by
-/// size and used as table indices all over the library.
 
 namespace Tolen::Effects {
 
@@ -124,58 +125,64 @@ namespace Tolen::Effects {
     X(kStorageQualifier_Input, 11, "input")                                                        \
     X(kStorageQualifier_Coord, 12, "Unknown")
 
-#define TOLEN_ENUMERATOR(name, value, ...) name = value,
+/// Makes enumerators of the lists above.
+#define TOLEN_ENUMERATOR(name, value, text) /** `text` */ name = value,
+/// Makes enumerators of types.
+#define TOLEN_TYPE_ENUMERATOR(name, value, keyword, channels, bytes) /** `keyword` */ name = value,
 
-/// The kind of a syntax node, told by Syntax::GetClass.
+/// The kind of a syntax node, told by Syntax::GetClass, with its name for a person.
 enum Class : std::int32_t { TOLEN_SYNTAX_CLASSES(TOLEN_ENUMERATOR) };
 
-/// The type of a value.
-enum TypeSpecifier : std::int32_t { TOLEN_TYPE_SPECIFIERS(TOLEN_ENUMERATOR) };
+/// The type of a value, with its keyword.
+enum TypeSpecifier : std::int32_t { TOLEN_TYPE_SPECIFIERS(TOLEN_TYPE_ENUMERATOR) };
 
 /// The operator of an assignment, a binary, a unary or a postfix node. Value 0 is the comparison
 /// and, in an Assignment, the plain "="; the other assignments bear the value of their arithmetic
 /// operator, so that kOperator_Add stands for "+=" there.
 enum Operator : std::int32_t {
-    TOLEN_OPERATORS(TOLEN_ENUMERATOR) kOperator_Assign = kOperator_Equal
+    TOLEN_OPERATORS(TOLEN_ENUMERATOR) kOperator_Assign = kOperator_Equal ///< the plain `=`
 };
 
-/// What stands before the type of a declaration. The parser sets only None, Input and Coord; the
-/// others are set by the compile stage.
+/// What stands before the type of a declaration, with its text, if it has one. The parser sets only
+/// None, Input and Coord; the others are set by the compile stage.
 enum StorageQualifier : std::int32_t { TOLEN_STORAGE_QUALIFIERS(TOLEN_ENUMERATOR) };
 
+#undef TOLEN_TYPE_ENUMERATOR
 #undef TOLEN_ENUMERATOR
 
 /// The direction of a function parameter; In also when nothing is written.
 enum ParameterQualifier : std::int32_t {
-    kParameterQualifier_In = 1,
-    kParameterQualifier_Out = 2,
-    kParameterQualifier_InOut = 3,
+    kParameterQualifier_In = 1,    ///< copied in
+    kParameterQualifier_Out = 2,   ///< copied out
+    kParameterQualifier_InOut = 3, ///< copied in and out
 };
 
+/// What stands before a function.
 enum FunctionQualifier : std::int32_t {
-    kFunctionQualifier_None = 0,
-    kFunctionQualifier_Static = 1,
+    kFunctionQualifier_None = 0,   ///< a method of each shader, or a free function
+    kFunctionQualifier_Static = 1, ///< a method of the class
 };
 
+/// Where a jump goes.
 enum JumpType : std::int32_t {
-    kJumpType_Continue = 0,
-    kJumpType_Break = 1,
-    kJumpType_Return = 2,
+    kJumpType_Continue = 0, ///< to the next round of the loop
+    kJumpType_Break = 1,    ///< behind the loop
+    kJumpType_Return = 2,   ///< back to the caller
 };
 
-/// How a coordinate member is transformed: as a point, a normal or a tangent.
+/// How the vertex stage moves a coordinate member to world space.
 enum TransformationCoord : std::int32_t {
-    kTransformationCoord_Coord = 0,
-    kTransformationCoord_Normal = 1,
-    kTransformationCoord_Tangent = 2,
+    kTransformationCoord_Coord = 0,   ///< not at all
+    kTransformationCoord_Normal = 1,  ///< by the inverse transpose of the primitive's upper 3x3
+    kTransformationCoord_Tangent = 2, ///< by the primitive's upper 3x3, to unit length
 };
 
 /// The precision that is printed before a type. The parser never sets it.
 enum PrecisionQualifier : std::int32_t {
-    kPrecisionQualifier_None = 0,
-    kPrecisionQualifier_High = 1,
-    kPrecisionQualifier_Medium = 2,
-    kPrecisionQualifier_Low = 3,
+    kPrecisionQualifier_None = 0,   ///< nothing is printed
+    kPrecisionQualifier_High = 1,   ///< "highp"
+    kPrecisionQualifier_Medium = 2, ///< "mediump"
+    kPrecisionQualifier_Low = 3,    ///< "lowp"
 };
 
 /// The mark of the dead code pass on functions and calls: what the printer leaves out, and why.

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Types as they stand in the source.
+
 #include "TolenEffects/Syntax.h"
 
 namespace Tolen::Effects {
@@ -9,6 +12,7 @@ class Expression;
 /// The type of a declaration, a parameter, a return value or a constructor. A UserType is one too.
 class TOLEN_EXPORT Type : public Syntax {
 public:
+    /// The kind that GetClass answers, known without a node.
     static constexpr Class ClassStatic() { return kClass_Type; }
 
     ~Type() override;
@@ -17,17 +21,24 @@ public:
     virtual Type* Clone(Module* target) const;
     /// Whether @p other, which may be null, has the same specifier, precision and array length.
     virtual bool Equals(const Type* other) const;
+    /// Calls the reading Visit of @p visitor for this kind of node. @return its answer
     virtual bool AcceptVisitor(Visitor* visitor) const;
+    /// Calls the mutating Visit of @p visitor for this kind of node. @return its answer
     virtual bool AcceptVisitor(Visitor* visitor);
 
     /// The module that the node belongs to.
     Module* GetModule() const { return _pModule; }
 
+    /// The type of one element.
     TypeSpecifier GetTypeSpecifier() const { return _typeSpecifier; }
+    /// The precision that is printed before the type.
     PrecisionQualifier GetPrecisionQualifier() const { return _precision; }
+    /// Sets the precision.
     void SetPrecisionQualifier(PrecisionQualifier precision) { _precision = precision; }
 
+    /// Whether this is the type of an array.
     bool IsArray() const { return _array; }
+    /// Sets whether this is the type of an array; the length stays.
     void SetArray(bool array) { _array = array; }
     /// The elements of an array; null where the size was left out.
     Expression* GetLength() const { return _pLength.get(); }
@@ -37,6 +48,7 @@ public:
 
 protected:
     friend class Module;
+    /// A node of @p module, which is borrowed.
     Type(Module* module, TypeSpecifier typeSpecifier);
     Type(const Type&) = delete;
 
@@ -56,6 +68,7 @@ private:
 /// kType_UserDefined.
 class TOLEN_EXPORT UserType : public Type {
 public:
+    /// The kind that GetClass answers, known without a node.
     static constexpr Class ClassStatic() { return kClass_UserType; }
 
     ~UserType() override;
@@ -66,6 +79,7 @@ public:
     bool AcceptVisitor(Visitor* visitor) const override;
     bool AcceptVisitor(Visitor* visitor) override;
 
+    /// The name in the source, which may be changed in place.
     String* GetName() const { return _pName; }
     /// Stores @p name and releases the one before.
     void SetName(String* name);

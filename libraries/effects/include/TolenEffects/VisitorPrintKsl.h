@@ -31,6 +31,7 @@ class IMgrEffects;
 /// module and takes the "f" off the spelling of its float constants.
 class TOLEN_EXPORT VisitorPrintKsl : public Visitor {
 public:
+    /// A printer for one tree.
     /// @param result           borrowed; gets the errors; may be null
     /// @param manager          borrowed; asked which outputs there are; may be null, for none
     /// @param useOutputIndices whether `accumulate` may name outputs, whose index uniforms then
@@ -38,6 +39,7 @@ public:
     VisitorPrintKsl(Result* result, IMgrEffects* manager, bool useOutputIndices);
     ~VisitorPrintKsl() override;
 
+    /// The text so far, which is complete when the walk has succeeded.
     const std::string& GetText() const { return _text; }
     /// The outputs that `accumulate` calls of the text refer to.
     const std::set<std::string>& GetOutputsUsed() const { return _outputsUsed; }

@@ -10,7 +10,9 @@ namespace Tolen::OpenKL {
 
 /// How far a render has come.
 struct RenderProgress {
+    /// Tiles that are done. A tile counts once for each pass of up to 16 samples of its pixels.
     std::int64_t tilesDone = 0;
+    /// Tiles that this render has, counted the same way.
     std::int64_t tiles = 0;
     /// What this render has counted in those tiles.
     Statistics statistics;
@@ -18,17 +20,23 @@ struct RenderProgress {
 
 /// What to render.
 struct RenderSettings {
-    /// The samples of each pixel to render now: @p samples ones from @p firstSample on. Ranges that
-    /// don't overlap can be rendered one after the other into one framebuffer, or apart and added.
+    /// The first sample of each pixel to render now; not below 0. Ranges that don't overlap can be
+    /// rendered one after the other into one framebuffer, or apart and added.
     int firstSample = 0;
+    /// How many samples of each pixel to render now; not below 0.
     int samples = 1;
     /// The samples that the whole frame is planned to have, which programs read as kl_SampleCount;
     /// 0 stands for firstSample + samples.
     int sampleCount = 0;
 
-    /// The pixels to render, the lower left corner and the size; a width or height of 0 stands for
-    /// all up to the framebuffer's edge. What lies outside the framebuffer is cut off.
-    int x = 0, y = 0, width = 0, height = 0;
+    /// The column of the lower left pixel to render. What lies outside the framebuffer is cut off.
+    int x = 0;
+    /// The row of the lower left pixel to render.
+    int y = 0;
+    /// Pixels in a row to render; 0 stands for all up to the framebuffer's edge.
+    int width = 0;
+    /// Rows to render; 0 stands for all up to the framebuffer's edge.
+    int height = 0;
 
     /// Programs read it as kl_Time.
     float time = 0.0f;

@@ -21,14 +21,14 @@ struct Statistics {
     std::int64_t frameInvocations = 0;  ///< one for each sample of each pixel
     std::int64_t prefixInvocations = 0; ///< one for each ray that met a prefix program
     std::int64_t rayInvocations = 0;    ///< on hits and on miss primitives
-    std::int64_t vertexInvocations = 0;
-    std::int64_t setupInvocations = 0;
+    std::int64_t vertexInvocations = 0; ///< one for each vertex of a primitive that has changed
+    std::int64_t setupInvocations = 0;  ///< of `setup`, once for values that have changed
 
     // Batches. All of them together have kLanesOfBatch lanes each, of which invocations fill some.
-    std::int64_t frameBatches = 0;
-    std::int64_t prefixBatches = 0;
-    std::int64_t rayBatches = 0;
-    std::int64_t vertexBatches = 0;
+    std::int64_t frameBatches = 0;  ///< of frame programs
+    std::int64_t prefixBatches = 0; ///< of prefix programs
+    std::int64_t rayBatches = 0;    ///< of ray programs
+    std::int64_t vertexBatches = 0; ///< of vertex programs
 
     // Rays.
     std::int64_t cameraRays = 0;    ///< spawned by frame programs
@@ -39,7 +39,7 @@ struct Statistics {
     std::int64_t misses = 0;        ///< spawned rays that reached none
 
     // What was stopped or replaced.
-    std::int64_t raysDroppedByDepth = 0;
+    std::int64_t raysDroppedByDepth = 0;   ///< deeper than Limits::depth
     std::int64_t raysDroppedByCount = 0;   ///< more than kl_OutputRayCount for one invocation
     std::int64_t raysDroppedByMemory = 0;  ///< more than Limits::raysInFlight
     std::int64_t raysDroppedAsInvalid = 0; ///< direction or origin that is no number, or no length

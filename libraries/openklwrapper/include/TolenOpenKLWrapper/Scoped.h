@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Binds and mappings that end with their scope. All of them borrow what they are given.
+
 #include "TolenOpenKLWrapper/IKLBuffer.h"
 #include "TolenOpenKLWrapper/IKLPrimitive.h"
 
@@ -11,11 +14,13 @@ namespace Tolen {
 /// Binds a primitive for a scope; null binds nothing.
 class AutoBindKLPrimitive {
 public:
+    /// Binds @p primitive, which must outlive the scope.
     explicit AutoBindKLPrimitive(IKLPrimitive* primitive) : _pPrimitive(primitive) {
         if (_pPrimitive != nullptr) {
             _pPrimitive->Bind();
         }
     }
+    /// Ends the bind.
     ~AutoBindKLPrimitive() {
         if (_pPrimitive != nullptr) {
             _pPrimitive->Unbind();
@@ -31,12 +36,14 @@ private:
 /// Binds a buffer at a target for a scope and restores the earlier binding at the end.
 class AutoBindKLBuffer {
 public:
+    /// Binds @p buffer at @p target; null binds nothing.
     AutoBindKLBuffer(IKLBuffer* buffer, int target) : _pBuffer(buffer), _target(target) {
         if (_pBuffer != nullptr) {
             _pPrevious = _pBuffer->GetBound(_target);
             _pBuffer->Bind(_target);
         }
     }
+    /// Binds what was bound before, or leaves nothing bound.
     ~AutoBindKLBuffer() {
         if (_pBuffer == nullptr) {
             return;
@@ -59,11 +66,20 @@ private:
 /// Maps a buffer for a scope.
 class KLBufferMapping {
 public:
-    enum Access { kAccess_Read = 0, kAccess_Write = 1 };
-    enum BindPoint { kBindPoint_UniformBlock = 4 };
+    /// What the mapping is for.
+    enum Access {
+        kAccess_Read = 0,  ///< the content is read only
+        kAccess_Write = 1, ///< the content is written, and may be read
+    };
+    /// What the buffer is bound for.
+    enum BindPoint {
+        kBindPoint_UniformBlock = 4, ///< a uniform block
+    };
 
+    /// Maps @p buffer; null maps nothing.
     KLBufferMapping(IKLBuffer* buffer, Access access, BindPoint bindPoint)
         : _pBuffer(buffer), _pMap(buffer == nullptr ? nullptr : buffer->Map(access, bindPoint)) {}
+    /// Unmaps what was mapped.
     ~KLBufferMapping() {
         if (_pMap != nullptr) {
             _pBuffer->Unmap();
@@ -81,13 +97,17 @@ private:
 };
 
 /// A mapping seen as an array of T that knows where it ends.
+/// @tparam T the type of one element, as it lies in the buffer
 template <class T>
 class KLBufferSafeMapping : public KLBufferMapping {
 public:
+    /// Maps @p buffer; null maps nothing.
     KLBufferSafeMapping(IKLBuffer* buffer, Access access, BindPoint bindPoint)
         : KLBufferMapping(buffer, access, bindPoint),
-          _count(GetMap() == nullptr ? 0 : static_cast<std::size_t>(buffer->GetSize()) / sizeof(T)) {}
+          _count(GetMap() == nullptr ? 0
+                                     : static_cast<std::size_t>(buffer->GetSize()) / sizeof(T)) {}
 
+    /// Whole elements in the buffer; 0 when it could not be mapped.
     std::size_t GetCount() const { return _count; }
     /// The element at @p index; null behind the end.
     T* Get(std::size_t index) const {
@@ -101,6 +121,8 @@ private:
 /// Maps several buffers for a scope; all or none.
 class KLBufferMappingMultiple {
 public:
+    /// Maps @p buffers in their order; when one is null or can't be mapped, those before it are
+    /// unmapped.
     KLBufferMappingMultiple(const std::vector<IKLBuffer*>& buffers, KLBufferMapping::Access access,
                             KLBufferMapping::BindPoint bindPoint) {
         for (IKLBuffer* buffer : buffers) {
@@ -113,11 +135,14 @@ public:
             _maps.push_back(map);
         }
     }
+    /// Unmaps what was mapped.
     ~KLBufferMappingMultiple() { _Unmap(); }
     KLBufferMappingMultiple(const KLBufferMappingMultiple&) = delete;
     KLBufferMappingMultiple& operator=(const KLBufferMappingMultiple&) = delete;
 
+    /// The number of buffers; 0 when they could not all be mapped.
     std::size_t GetCount() const { return _maps.size(); }
+    /// The first byte of the buffer at @p index; null behind the end.
     void* GetMap(std::size_t index) const { return index < _maps.size() ? _maps[index] : nullptr; }
 
 private:

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The types of uniforms on the client's side.
+
 #include "TolenOpenKLWrapper/kl.h"
 
 #include "TolenCore/Matrix.h"

@@ -1,0 +1,4 @@
+var searchData=
+[
+  ['api_20reference_0',['API reference',['../index.html',1,'']]]
+];

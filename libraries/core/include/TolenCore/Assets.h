@@ -71,8 +71,10 @@ public:
     /// Takes a text away, if there is one; assets that were given out keep it.
     void RemoveMemoryAsset(const Path& path);
 
+    /// @cond
     IAsset* AcquireAsset(Path path, int mode, IAsset::Status& status) override;
     void ReleaseAsset(IAsset* asset) override;
+    /// @endcond
 
     /// Assets given out and not yet released.
     std::size_t GetCountAcquired() const { return _acquired.size(); }

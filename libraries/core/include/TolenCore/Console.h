@@ -55,9 +55,11 @@ public:
     /// @return the one before, null for stderr
     IConsoleSink* SetSink(IConsoleSink* sink);
 
+    /// @cond
     void Print(const char* format, ...) override TOLEN_PRINTF(2, 3);
     void Warning(const char* format, ...) override TOLEN_PRINTF(2, 3);
     void Error(const char* format, ...) override TOLEN_PRINTF(2, 3);
+    /// @endcond
 
 private:
     void _Write(IConsoleSink::Channel channel, const std::string& text);

@@ -34,6 +34,7 @@ public:
     ///         and is shut down again
     bool Init(IMgrConsole* console, IOpenKLContext* context, Result* result);
 
+    /// @cond
     void Shutdown() override;
     MgrEffectsImpl* GetImplementation() override;
     bool AddLibrary(const std::string& name, const std::string& source, Result* result) override;
@@ -80,6 +81,7 @@ public:
     IMgrConsole* GetConsole() const override;
     IOpenKLContext* GetOpenKLContext() const override;
     Profiler* GetProfiler() const override;
+    /// @endcond
 
 private:
     std::unique_ptr<MgrEffectsImpl> _pImplementation;

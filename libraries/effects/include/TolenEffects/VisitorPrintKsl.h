@@ -48,6 +48,7 @@ public:
     /// @param line from 1
     Syntax* GetSyntaxForLine(int line) const;
 
+    /// @cond
     using Visitor::Visit;
     bool Visit(Module* node) override;
     bool Visit(InterfaceDefinition* node) override;
@@ -82,6 +83,7 @@ public:
     bool Visit(IntConstant* node, TIParentSyntax<Expression>* slot) override;
     bool Visit(BoolConstant* node, TIParentSyntax<Expression>* slot) override;
     bool Visit(Assignment* node, TIParentSyntax<Expression>* slot) override;
+    /// @endcond
 
 private:
     /// Begins a line with its tabs and makes @p node the line's.

@@ -215,12 +215,12 @@ Json LanguageClient::RequestAt(const std::string& method, const std::string& uri
     return Request(method, {{"textDocument", {{"uri", uri}}}, {"position", position}});
 }
 
-Json LanguageClient::ReceiveDiagnostics(const std::string& uri) {
-    return _Find([&uri](const Json& message) {
-        return message.contains("method") &&
-               message["method"] == "textDocument/publishDiagnostics" &&
-               message["params"]["uri"] == uri;
-    })["params"];
+Json LanguageClient::ReceiveDiagnostics(const std::string& uri, int version) {
+    return _Find([&uri, version](const Json& message) {
+        return message.value("method", "") == "textDocument/publishDiagnostics" &&
+               message["params"]["uri"] == uri &&
+               (version == 0 || message["params"].value("version", 0) == version);
+    })["params"]["diagnostics"];
 }
 
 int LanguageClient::End() {

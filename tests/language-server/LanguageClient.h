@@ -59,8 +59,8 @@ public:
     void Open(const std::string& uri, const std::string& text, int version = 1);
     /// Asks about a place in a document.
     Json RequestAt(const std::string& method, const std::string& uri, const Json& position);
-    /// The next messages about a document.
-    Json ReceiveDiagnostics(const std::string& uri);
+    /// The next list of messages about a document, of this version when one is asked for.
+    Json ReceiveDiagnostics(const std::string& uri, int version = 0);
 
     /// Ends the session as an editor does. @return the exit status
     int End();

@@ -17,6 +17,9 @@ Json MakeCapabilities(const Positions& positions) {
         {"documentSymbolProvider", true},
         {"workspaceSymbolProvider", true},
         {"documentFormattingProvider", true},
+        {"referencesProvider", true},
+        {"documentHighlightProvider", true},
+        {"renameProvider", {{"prepareProvider", true}}},
         {"workspace", {{"workspaceFolders", {{"supported", true}, {"changeNotifications", true}}}}},
     };
 }

@@ -65,6 +65,7 @@ std::vector<Diagnostic> Decode(const Json& list) {
 
 std::string Check(const CheckProcess::Task& task) {
     Language::Checker checker;
+    checker.SetClientNames(task.names);
     for (const std::string& folder : task.searchPaths) {
         checker.AddSearchPath(folder);
     }

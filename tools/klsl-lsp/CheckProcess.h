@@ -1,5 +1,6 @@
 #pragma once
 
+#include "language/ClientNames.h"
 #include "language/Diagnostic.h"
 
 #include <map>
@@ -19,6 +20,7 @@ public:
         std::vector<std::string> files;
         std::map<std::string, std::string> texts; ///< that stand for files, by path
         std::vector<std::string> searchPaths;
+        Language::ClientNames names;
     };
 
     /// Seconds of computing after which a check is given up.

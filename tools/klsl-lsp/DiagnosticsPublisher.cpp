@@ -1,5 +1,7 @@
 #include "DiagnosticsPublisher.h"
 
+#include "Needs.h"
+
 #include <cstdio>
 #include <exception>
 #include <string_view>
@@ -10,23 +12,38 @@ namespace Tolen::LanguageServer {
 using Language::Diagnostic;
 using Language::SourceRange;
 
-void DiagnosticsPublisher::Schedule() {
+void DiagnosticsPublisher::Schedule(const std::string& uri) {
     _pCheck.reset();
+    _first = uri;
     _start = Clock::now() + kPause;
 }
 
 void DiagnosticsPublisher::Start() {
     _start.reset();
+    const std::vector<SourcePtr> sources = _workspace.GetSources();
+    if (const SourcePtr pFirst = _documents.Find(_first)) {
+        const std::vector<SourcePtr> needed = FindNeeded(pFirst, sources);
+        if (needed.size() < sources.size()) {
+            _StartCheck(needed);
+            return;
+        }
+    }
+    _first.clear();
+    _StartCheck(sources);
+}
+
+void DiagnosticsPublisher::_StartCheck(const std::vector<SourcePtr>& sources) {
     CheckProcess::Task task;
     _checked.clear();
-    for (const SourcePtr& pSource : _workspace.GetSources()) {
+    for (const SourcePtr& pSource : sources) {
         task.files.push_back(pSource->path);
-        if (_documents.IsOpen(pSource->uri)) {
-            task.texts.emplace(pSource->path, pSource->text.GetText());
-        }
         _checked.emplace(pSource->path, pSource);
     }
+    for (const SourcePtr& pSource : _documents.GetAll()) {
+        task.texts.emplace(pSource->path, pSource->text.GetText());
+    }
     task.searchPaths = _workspace.GetSearchPaths();
+    task.names = _names;
     try {
         _pCheck = std::make_unique<CheckProcess>(task);
     } catch (const std::exception& error) {
@@ -39,34 +56,52 @@ void DiagnosticsPublisher::Read() {
         return;
     }
     const std::unique_ptr<CheckProcess> pEnded = std::move(_pCheck);
+    const bool isFirst = !_first.empty();
     try {
-        _Publish(pEnded->GetDiagnostics());
+        const std::vector<Diagnostic> diagnostics = pEnded->GetDiagnostics();
+        isFirst ? _PublishFirst(diagnostics) : _Publish(diagnostics);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "klsl-lsp: %s\n", error.what());
     }
+    if (isFirst) {
+        _first.clear();
+        _StartCheck(_workspace.GetSources());
+    }
+}
+
+void DiagnosticsPublisher::_PublishFirst(const std::vector<Diagnostic>& diagnostics) {
+    const Reports reports = _MakeReports(diagnostics);
+    const auto found = reports.find(_first);
+    _told.erase(_first);
+    _Send(_first, found == reports.end() ? Json::array() : found->second);
 }
 
 void DiagnosticsPublisher::_Publish(const std::vector<Diagnostic>& diagnostics) {
-    std::map<std::string, Json> reports;
+    Reports reports = _MakeReports(diagnostics);
     for (const SourcePtr& pSource : _documents.GetAll()) {
         reports.emplace(pSource->uri, Json::array());
-    }
-    for (const Diagnostic& diagnostic : diagnostics) {
-        const SourcePtr pSource = _FindSource(diagnostic.file);
-        if (pSource == nullptr) {
-            std::fprintf(stderr, "klsl-lsp: %s: %s\n", diagnostic.file.c_str(),
-                         diagnostic.text.c_str());
-            continue;
-        }
-        Json& report = reports.emplace(pSource->uri, Json::array()).first->second;
-        report.push_back(_MakeDiagnostic(*pSource, diagnostic));
     }
     for (const std::string& uri : std::exchange(_told, {})) {
         reports.emplace(uri, Json::array());
     }
-    for (auto& [uri, report] : reports) {
-        _Send(uri, std::move(report));
+    for (const auto& [uri, report] : reports) {
+        _Send(uri, report);
     }
+}
+
+DiagnosticsPublisher::Reports
+DiagnosticsPublisher::_MakeReports(const std::vector<Diagnostic>& diagnostics) const {
+    Reports reports;
+    for (const Diagnostic& diagnostic : diagnostics) {
+        if (const SourcePtr pSource = _FindSource(diagnostic.file)) {
+            Json& report = reports.emplace(pSource->uri, Json::array()).first->second;
+            report.push_back(_MakeDiagnostic(*pSource, diagnostic));
+        } else {
+            std::fprintf(stderr, "klsl-lsp: %s: %s\n", diagnostic.file.c_str(),
+                         diagnostic.text.c_str());
+        }
+    }
+    return reports;
 }
 
 SourcePtr DiagnosticsPublisher::_FindSource(const std::string& path) const {
@@ -115,11 +150,11 @@ Json DiagnosticsPublisher::_MakeRange(const Source& source, int line,
     return _positions.MakeRange(source.text, range);
 }
 
-void DiagnosticsPublisher::_Send(const std::string& uri, Json diagnostics) {
+void DiagnosticsPublisher::_Send(const std::string& uri, const Json& diagnostics) {
     if (!diagnostics.empty()) {
         _told.insert(uri);
     }
-    Json parameters = {{"uri", uri}, {"diagnostics", std::move(diagnostics)}};
+    Json parameters = {{"uri", uri}, {"diagnostics", diagnostics}};
     if (_documents.IsOpen(uri)) {
         parameters["version"] = _documents.GetVersion(uri);
     }

@@ -17,7 +17,8 @@
 namespace Tolen::LanguageServer {
 
 /// Checks the workspace when nobody has typed for a moment, and tells the client what is wrong:
-/// about open documents always, about other files while there is something to tell.
+/// about open documents always, about other files while there is something to tell. The document
+/// that has changed is checked first, with what it needs, and then all files.
 class DiagnosticsPublisher {
 public:
     using Clock = std::chrono::steady_clock;
@@ -33,8 +34,11 @@ public:
     /// Whether the client shows other places that belong to a message.
     void SetRelatedInformation(bool isKnown) { _hasRelatedInformation = isKnown; }
 
+    void SetClientNames(const Language::ClientNames& names) { _names = names; }
+
     /// Something has changed: a check that is under way is given up, and another one comes.
-    void Schedule();
+    /// @param uri of a document to check first; empty for none
+    void Schedule(const std::string& uri);
 
     /// When to call Start; none while nothing is to be checked.
     std::optional<Clock::time_point> GetStart() const { return _start; }
@@ -46,18 +50,25 @@ public:
 
 private:
 
+    using Reports = std::map<std::string, Json>; ///< by URI
+
+    void _StartCheck(const std::vector<SourcePtr>& sources);
     void _Publish(const std::vector<Language::Diagnostic>& diagnostics);
+    void _PublishFirst(const std::vector<Language::Diagnostic>& diagnostics);
+    Reports _MakeReports(const std::vector<Language::Diagnostic>& diagnostics) const;
     SourcePtr _FindSource(const std::string& path) const;
     Json _MakeDiagnostic(const Source& source, const Language::Diagnostic& diagnostic) const;
     Json _MakeRange(const Source& source, int line, const Language::SourceRange& columns) const;
-    void _Send(const std::string& uri, Json diagnostics);
+    void _Send(const std::string& uri, const Json& diagnostics);
 
     const Documents& _documents;
     const Workspace& _workspace;
     const Positions& _positions;
     MessageWriter& _writer;
     bool _hasRelatedInformation = false;
+    Language::ClientNames _names;
     std::optional<Clock::time_point> _start;
+    std::string _first; ///< URI of the document that is checked first; empty for none
     std::unique_ptr<CheckProcess> _pCheck;
     std::map<std::string, SourcePtr> _checked; ///< by path, as they are being checked
     std::set<std::string> _told;               ///< URIs about which the client has messages

@@ -5,6 +5,7 @@
 #include "Formatting.h"
 #include "Hover.h"
 #include "Places.h"
+#include "References.h"
 #include "SignatureHelp.h"
 #include "Symbols.h"
 #include "Uri.h"
@@ -45,6 +46,20 @@ std::vector<std::string> GetFolders(const Json& parameters, const char* path) {
     return folders;
 }
 
+/// The strings of a list; none when there is no list.
+std::vector<std::string> GetStrings(const Json& parameters, const char* path) {
+    std::vector<std::string> strings;
+    const Json* const list = FindMember(parameters, path);
+    if (list != nullptr && list->is_array()) {
+        for (const Json& item : *list) {
+            if (item.is_string()) {
+                strings.push_back(item.get<std::string>());
+            }
+        }
+    }
+    return strings;
+}
+
 } // namespace
 
 Server::Server(MessageWriter& writer, std::vector<std::string> searchPaths)
@@ -54,6 +69,7 @@ Server::Server(MessageWriter& writer, std::vector<std::string> searchPaths)
     _AddDocuments();
     _AddWorkspace();
     _AddFeatures();
+    _AddReferences();
 }
 
 void Server::Handle(const Json& message) {
@@ -84,6 +100,7 @@ Json Server::_Initialize(const Json& parameters) {
     _publisher.SetRelatedInformation(
         IsSet(capabilities, "/textDocument/publishDiagnostics/relatedInformation"));
     _SetWorkspace(parameters);
+    _SetClientNames(parameters);
     return {{"capabilities", MakeCapabilities(_positions)},
             {"serverInfo", {{"name", "klsl-lsp"}, {"version", TOLEN_VERSION}}}};
 }
@@ -100,30 +117,44 @@ void Server::_SetWorkspace(const Json& parameters) {
         _workspace.AddFolder(folder);
     }
     // Relative search paths start at the first folder.
+    const std::filesystem::path base = folders.empty() ? "" : folders.front();
     std::vector<std::string> searchPaths = _searchPaths;
-    const Json* const given = FindMember(parameters, "/initializationOptions/searchPaths");
-    if (given != nullptr && given->is_array()) {
-        for (const Json& path : *given) {
-            if (path.is_string()) {
-                const std::filesystem::path base = folders.empty() ? "" : folders.front();
-                searchPaths.push_back((base / path.get<std::string>()).lexically_normal().string());
-            }
-        }
+    for (const std::string& path : GetStrings(parameters, "/initializationOptions/searchPaths")) {
+        searchPaths.push_back((base / path).lexically_normal().string());
     }
     _workspace.SetSearchPaths(std::move(searchPaths));
     _workspace.Scan();
+}
+
+/// Variables that the renderer adds to the language, each as "vec3 name".
+void Server::_SetClientNames(const Json& parameters) {
+    Language::ClientNames names;
+    const auto put = [&parameters](const char* path, std::vector<Language::ClientVariable>& list) {
+        for (const std::string& text : GetStrings(parameters, path)) {
+            Language::ClientVariable variable;
+            if (!Language::ReadClientVariable(text, variable)) {
+                throw RequestError(ErrorCode::InvalidParams,
+                                   "expected a type and a name, found \"" + text + "\"");
+            }
+            Put(list, variable);
+        }
+    };
+    put("/initializationOptions/rayAttributes", names.rayAttributes);
+    put("/initializationOptions/globals", names.globals);
+    _publisher.SetClientNames(names);
 }
 
 void Server::_AddDocuments() {
     _dispatcher.OnNotification("textDocument/didOpen", [this](const Json& parameters) {
         const std::string& text = GetString(GetMember(parameters, "textDocument"), "text");
         _documents.Open(GetUri(parameters), GetVersion(parameters), text);
-        _Rescan();
+        _workspace.Scan();
+        _publisher.Schedule(GetUri(parameters));
     });
     _dispatcher.OnNotification("textDocument/didChange", [this](const Json& parameters) {
         _documents.Change(GetUri(parameters), GetVersion(parameters),
                           GetMember(parameters, "contentChanges"));
-        _publisher.Schedule();
+        _publisher.Schedule(GetUri(parameters));
     });
     _dispatcher.OnNotification("textDocument/didClose", [this](const Json& parameters) {
         _documents.Close(GetUri(parameters));
@@ -168,7 +199,7 @@ void Server::_WatchFiles() {
 
 void Server::_Rescan() {
     _workspace.Scan();
-    _publisher.Schedule();
+    _publisher.Schedule({});
 }
 
 void Server::_AddFeatures() {
@@ -201,6 +232,35 @@ void Server::_AddFeatures() {
     });
     _dispatcher.OnRequest("textDocument/formatting", [this](const Json& parameters) {
         return MakeFormatting(*_FindSource(parameters), _positions);
+    });
+}
+
+void Server::_AddReferences() {
+    // The same list of sources for all, since what they declare is told apart by where it lies.
+    const auto find = [this](const Json& parameters, const auto& answer) {
+        const std::vector<SourcePtr> sources = _workspace.GetSources();
+        const Place place = _FindPlace(parameters);
+        return answer(
+            References(_workspace, sources, place.resolver, _positions, place.offset));
+    };
+    _dispatcher.OnRequest("textDocument/references", [find](const Json& parameters) {
+        const bool withDeclarations = IsSet(parameters, "/context/includeDeclaration");
+        return find(parameters, [withDeclarations](const References& references) {
+            return references.List(withDeclarations);
+        });
+    });
+    _dispatcher.OnRequest("textDocument/documentHighlight", [find](const Json& parameters) {
+        return find(parameters,
+                    [](const References& references) { return references.ListHighlights(); });
+    });
+    _dispatcher.OnRequest("textDocument/prepareRename", [find](const Json& parameters) {
+        return find(parameters,
+                    [](const References& references) { return references.PrepareRename(); });
+    });
+    _dispatcher.OnRequest("textDocument/rename", [find](const Json& parameters) {
+        const std::string& name = GetString(parameters, "newName");
+        return find(parameters,
+                    [&name](const References& references) { return references.Rename(name); });
     });
 }
 

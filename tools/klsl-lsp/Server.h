@@ -38,9 +38,11 @@ private:
     void _AddDocuments();
     void _AddWorkspace();
     void _AddFeatures();
+    void _AddReferences();
 
     Json _Initialize(const Json& parameters);
     void _SetWorkspace(const Json& parameters);
+    void _SetClientNames(const Json& parameters);
     void _ChangeFolders(const Json& change);
     void _WatchFiles();
     void _Rescan();

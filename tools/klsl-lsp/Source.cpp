@@ -19,6 +19,13 @@ bool CarriesMeaning(const SourceToken& token) {
     return !token.IsComment() && token.kind != SourceToken::kKind_Directive;
 }
 
+bool IsInFileName(const Language::Outline& outline, const SourceRange& range) {
+    return std::any_of(outline.inclusions.begin(), outline.inclusions.end(),
+                       [&range](const Language::Inclusion& inclusion) {
+                           return inclusion.range.Contains(range.begin);
+                       });
+}
+
 } // namespace
 
 Source::Source(std::string itsUri, std::string itsPath, const std::string& itsText)
@@ -86,7 +93,7 @@ std::optional<SourceRange> Source::FindWord(std::size_t offset) const {
     case SourceToken::kKind_Keyword:
         return token.range;
     case SourceToken::kKind_Directive:
-        return isDigit ? std::nullopt : std::optional(range);
+        return isDigit || IsInFileName(outline, range) ? std::nullopt : std::optional(range);
     default:
         return std::nullopt;
     }

@@ -37,7 +37,7 @@ struct Source {
     bool IsInComment(std::size_t offset) const;
 
     /// The name or keyword around @p offset or directly before it, also one in a directive.
-    /// @return none when there is none, or a comment
+    /// @return none when there is none, or a comment, or the name of a file
     std::optional<Language::SourceRange> FindWord(std::size_t offset) const;
 };
 

@@ -49,7 +49,8 @@ TEST_P(ManualPage, ListsTheOptionsThatTheProgramHas) {
 INSTANTIATE_TEST_SUITE_P(Programs, ManualPage,
                          testing::Values(Program{"tolen-render", {}},
                                          Program{"klsl", {"check", "print", "graph", "fmt"}},
-                                         Program{"tolen-stats", {}}, Program{"ies2image", {}}),
+                                         Program{"klsl-lsp", {}}, Program{"tolen-stats", {}},
+                                         Program{"ies2image", {}}),
                          [](const auto& information) {
                              return std::regex_replace(information.param.name, std::regex("-"),
                                                        "_");

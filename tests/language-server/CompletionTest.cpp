@@ -14,20 +14,22 @@
 namespace Tolen::Tests {
 namespace {
 
-const std::string kDeclarations = "interface Pattern { float At(vec2 place); vec3 Tint(); }\n"
-                                  "class White : Pattern { float At(vec2 place) { return 1.0; } "
-                                  "vec3 Tint() { return vec3(1.0); } float Own() { return 1.0; } }\n"
-                                  "class Tools { static float Twice(float x) { return 2.0 * x; } "
-                                  "float Once() { return 1.0; } }\n"
-                                  "float halved(float x) { return 0.5 * x; }\n"
-                                  "#define GOLDEN 1.618\n";
+const std::string kDeclarations =
+    "interface Pattern { float At(vec2 place); vec3 Tint(); }\n"
+    "class White : Pattern { float At(vec2 place) { return 1.0; } "
+    "vec3 Tint() { return vec3(1.0); } float Own() { return 1.0; } }\n"
+    "class Tools { static float Twice(float x) { return 2.0 * x; } "
+    "float Once() { return 1.0; } }\n"
+    "float halved(float x) { return 0.5 * x; }\n"
+    "#define GOLDEN 1.618\n";
 
 Json Complete(const std::string& marked, const Json& capabilities = Json::object()) {
     const MarkedText source(marked);
     LanguageClient client;
     client.Initialize(capabilities);
     client.Open("untitled:a", source.text);
-    return client.RequestAt("textDocument/completion", "untitled:a", source.places.front())["items"];
+    return client.RequestAt("textDocument/completion", "untitled:a",
+                            source.places.front())["items"];
 }
 
 std::set<std::string> LabelsOf(const Json& items) {
@@ -69,44 +71,73 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Case{"Code",
              "class A { input float width; float own; coord vec2 uv; output vec3 o_n; "
-             "float F(float x) { float y; { float z; } @ float late; } static float S() { return 1.0; } }",
-             {"width", "own", "uv", "o_n", "F", "S", "x", "y", "halved", "GOLDEN", "Tools", "return",
-              "float", "vec3", "dot", "accumulate"},
+             "float F(float x) { float y; { float z; } @ float late; } static float S() { return "
+             "1.0; } }",
+             {"width", "own", "uv", "o_n", "F", "S", "x", "y", "halved", "GOLDEN", "Tools",
+              "return", "float", "vec3", "dot", "accumulate"},
              {"z", "late", "Pattern", "White", "At", "input", "class", "interface"}},
-        Case{"CodeThatHasBegun", "class A { input float width; float F() { return wi@",
-             {"width", "halved"}, {"input"}},
-        Case{"FreeFunction", "float f(float x) { return @; } class A { input float width; }",
-             {"x", "f", "halved", "GOLDEN"}, {"width"}},
+        Case{"CodeThatHasBegun",
+             "class A { input float width; float F() { return wi@",
+             {"width", "halved"},
+             {"input"}},
+        Case{"FreeFunction",
+             "float f(float x) { return @; } class A { input float width; }",
+             {"x", "f", "halved", "GOLDEN"},
+             {"width"}},
         Case{"StaticMethod",
-             "class A { input float width; static input float shared; static float F() { return @; } }",
-             {"shared", "F"}, {"width"}},
-        Case{"LaterDefine", "float f() { return @; }\n#define LATER 1.0\n", {"GOLDEN", "LATER"}, {}},
-        Case{"Interface", "class A { input Pattern part; float F() { return part.@", {"At", "Tint"},
+             "class A { input float width; static input float shared; static float F() { return @; "
+             "} }",
+             {"shared", "F"},
+             {"width"}},
+        Case{
+            "LaterDefine", "float f() { return @; }\n#define LATER 1.0\n", {"GOLDEN", "LATER"}, {}},
+        Case{"Interface",
+             "class A { input Pattern part; float F() { return part.@",
+             {"At", "Tint"},
              {"Own", "halved", "return", "length"}},
-        Case{"InterfaceInAnArray", "class A { input Pattern parts[]; float F() { return parts[0].A@",
-             {"At", "Tint"}, {"length"}},
-        Case{"Array", "class A { input Pattern parts[]; int F() { return parts.@", {"length"},
+        Case{"InterfaceInAnArray",
+             "class A { input Pattern parts[]; float F() { return parts[0].A@",
+             {"At", "Tint"},
+             {"length"}},
+        Case{"Array",
+             "class A { input Pattern parts[]; int F() { return parts.@",
+             {"length"},
              {"At", "x"}},
-        Case{"ArrayOfNumbers", "class A { input float xs[3]; int F() { return xs.@; } }", {"length"},
+        Case{"ArrayOfNumbers",
+             "class A { input float xs[3]; int F() { return xs.@; } }",
+             {"length"},
              {"x"}},
-        Case{"ClassInput", "class A { input White part; float F() { return part.@", {"At", "Own"}, {}},
+        Case{"ClassInput",
+             "class A { input White part; float F() { return part.@",
+             {"At", "Own"},
+             {}},
         Case{"ClassName", "class A { float F() { return Tools.@", {"Twice"}, {"Once"}},
-        Case{"Vector", "class A { float F(vec3 v) { return v.@; } }", {"x", "z", "r", "xy", "xyz", "rgb"},
+        Case{"Vector",
+             "class A { float F(vec3 v) { return v.@; } }",
+             {"x", "z", "r", "xy", "xyz", "rgb"},
              {"w", "a", "xyzw", "length"}},
         Case{"VectorOfIntegers", "float f() { ivec2 v; v.@", {"x", "y", "xy"}, {"z"}},
         Case{"VectorInAnArray", "float f() { vec2 v[2]; v[1].@", {"x", "y"}, {"z", "length"}},
         Case{"NumberHasNoMembers", "float f(float x) { return x.@", {}, {}},
         Case{"UnknownHasNoMembers", "float f() { return nothing.@", {}, {}},
         Case{"Digits", "float f() { return 1@", {}, {}},
-        Case{"Class", "class A { @ }", {"input", "static", "coord", "output", "float", "vec3", "void"},
+        Case{"Class",
+             "class A { @ }",
+             {"input", "static", "coord", "output", "float", "vec3", "void"},
              {"return", "halved", "class"}},
         Case{"ClassBehindAMethod", "class A { void F() { } inp@ }", {"input"}, {"return"}},
-        Case{"InputType", "class A { input @ }", {"Pattern", "White", "float", "sampler2D"},
+        Case{"InputType",
+             "class A { input @ }",
+             {"Pattern", "White", "float", "sampler2D"},
              {"input", "halved"}},
         Case{"InputName", "class A { input float @ }", {}, {}},
         Case{"InputValue", "class A { input vec3 color = @; }", {"vec3", "true"}, {"White()"}},
-        Case{"ShaderValue", "class A { input Pattern part = @; }", {"White()"}, {"Tools()", "vec3"}},
-        Case{"ParameterType", "class A { float F(@) { return 1.0; } }", {"float", "inout"}, {"halved"}},
+        Case{
+            "ShaderValue", "class A { input Pattern part = @; }", {"White()"}, {"Tools()", "vec3"}},
+        Case{"ParameterType",
+             "class A { float F(@) { return 1.0; } }",
+             {"float", "inout"},
+             {"halved"}},
         Case{"Outside", "cl@", {"class", "interface", "float"}, {"input", "return"}},
         Case{"InterfaceName", "class A : @", {"Pattern"}, {"White", "float"}},
         Case{"InterfaceNameBefore", "class A : P@ { } class B { }", {"Pattern"}, {"White"}},
@@ -135,7 +166,8 @@ TEST(CompletionItem, HasKindAndSignatureAndComment) {
         if (item["label"] == "width") {
             EXPECT_EQ(item["kind"], 10);
             EXPECT_EQ(item["detail"], "input float width = 0.5");
-            EXPECT_EQ(item["documentation"]["value"], "Input of class A. Default: 0.5.\n\nOf a ring.");
+            EXPECT_EQ(item["documentation"]["value"],
+                      "Input of class A. Default: 0.5.\n\nOf a ring.");
             return;
         }
     }

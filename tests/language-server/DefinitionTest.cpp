@@ -32,7 +32,8 @@ void Expect(const std::string& method, const std::string& text) {
     const MarkedText source(marked);
     // Marks of answers take no room in the text.
     const std::size_t offset =
-        asked - static_cast<std::size_t>(std::count(marked.begin(), marked.begin() + static_cast<std::ptrdiff_t>(asked), '@'));
+        asked - static_cast<std::size_t>(std::count(
+                    marked.begin(), marked.begin() + static_cast<std::ptrdiff_t>(asked), '@'));
     const std::string before = source.text.substr(0, offset);
     const auto line = std::count(before.begin(), before.end(), '\n');
     const Json position = {{"line", line}, {"character", offset - (before.rfind('\n') + 1)}};
@@ -65,8 +66,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"Output", "class A { output vec3 @o_n; void F() { accumulate($o_n, vec3(1.0)); } }"},
         Case{"Parameter", "float f(float @x) { return 2.0 * $x; }"},
         Case{"Local", "float f() { float @x = 1.0; return $x; }"},
-        Case{"InnerLocal",
-             "float f() { float x = 1.0; { float @x = 2.0; x = $x; } return x; }"},
+        Case{"InnerLocal", "float f() { float x = 1.0; { float @x = 2.0; x = $x; } return x; }"},
         Case{"OuterLocalBehindABlock",
              "float f() { float @x = 1.0; { float x = 2.0; } return $x; }"},
         Case{"LoopVariable", "int f() { for (int @i = 0; $i < 3; ++i) { } return 0; }"},
@@ -75,7 +75,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"TheLocalItself",
              "class A { input float x; float F() { float @$x = 1.0; return x; } }"},
         Case{"LocalOfAnotherFunction", "void g() { float x; } float f() { return $x; }"},
-        Case{"InputOfAnotherClass", "class B { input float x; } class A { float F() { return $x; } }"},
+        Case{"InputOfAnotherClass",
+             "class B { input float x; } class A { float F() { return $x; } }"},
         Case{"Method", "class A { float @F() { return 1.0; } float G() { return $F(); } }"},
         Case{"MethodByItsArguments",
              "class A { float F(float x) { return x; } float @F(float x, float y) { return y; } "
@@ -100,14 +101,12 @@ INSTANTIATE_TEST_SUITE_P(
              "interface I { float At(); } class B : I { float At() { return 1.0; } "
              "float Of() { return 1.0; } } class A { input I part; "
              "float F() { return part.$Of(); } }"},
-        Case{"StaticMethod",
-             "class B { static float @At() { return 1.0; } } "
-             "class A { float F() { return B.$At(); } }"},
+        Case{"StaticMethod", "class B { static float @At() { return 1.0; } } "
+                             "class A { float F() { return B.$At(); } }"},
         Case{"MethodThatIsNotStatic",
              "class B { float At() { return 1.0; } } class A { float F() { return B.$At(); } }"},
-        Case{"ClassOfStaticMethod",
-             "class @B { static float At() { return 1.0; } } "
-             "class A { float F() { return $B.At(); } }"},
+        Case{"ClassOfStaticMethod", "class @B { static float At() { return 1.0; } } "
+                                    "class A { float F() { return $B.At(); } }"},
         Case{"InterfaceOfClass", "interface @I { } class A : $I { }"},
         Case{"TypeOfInput", "interface @I { } class A { input $I part; }"},
         Case{"Default", "class @B { } class A { input B part = $B(); }"},
@@ -118,8 +117,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"FunctionInADefine", "float @f() { return 1.0; }\n#define SIZE $f()"},
         Case{"Component", "float f() { vec2 x; return x.$x; }"},
         Case{"BuiltIn", "float f() { return $dot(vec2(1.0), vec2(1.0)); }"},
-        Case{"Keyword", "$float f() { return 1.0; }"},
-        Case{"Number", "float f() { return $1.0; }"},
+        Case{"Keyword", "$float f() { return 1.0; }"}, Case{"Number", "float f() { return $1.0; }"},
         Case{"Comment", "class B { } class A { /* $B */ }"},
         Case{"LineComment", "class B { } // B$"},
         Case{"HalfWritten",
@@ -137,10 +135,9 @@ INSTANTIATE_TEST_SUITE_P(
     Names, Implementation,
     testing::Values(
         Case{"OfInterface", "interface $I { } class @A : I { } class B { } class @C : I { }"},
-        Case{"OfMethod",
-             "interface I { float At(); } class A : I { float @At() { return 1.0; } "
-             "float At(int i) { return 1.0; } } class B { input I part; "
-             "float F() { return part.$At(); } float At() { return 1.0; } }"},
+        Case{"OfMethod", "interface I { float At(); } class A : I { float @At() { return 1.0; } "
+                         "float At(int i) { return 1.0; } } class B { input I part; "
+                         "float F() { return part.$At(); } float At() { return 1.0; } }"},
         Case{"OfClass", "class @A { } class B { input A part = $A(); }"}),
     [](const auto& information) { return information.param.name; });
 
@@ -161,8 +158,7 @@ protected:
         const MarkedText source(marked);
         const std::string uri = UriOf(folder + "/a.klsl");
         client.Open(uri, source.text);
-        const Json places =
-            client.RequestAt("textDocument/definition", uri, source.places.front());
+        const Json places = client.RequestAt("textDocument/definition", uri, source.places.front());
         if (places.size() != 1) {
             return places.dump();
         }
@@ -184,8 +180,9 @@ TEST_F(DefinitionInFiles, IsThatOfTheFirstLibrary) {
 TEST_F(DefinitionInFiles, IsThatOfTheLibraryItselfWhenItHasOne) {
     LanguageClient client;
     client.Initialize(Json::object(), folder);
-    EXPECT_EQ(Find(client, "\nfloat twice(float x) { return x; }\nfloat f() { return @twice(1.0); }"),
-              "a.klsl:1");
+    EXPECT_EQ(
+        Find(client, "\nfloat twice(float x) { return x; }\nfloat f() { return @twice(1.0); }"),
+        "a.klsl:1");
 }
 
 TEST_F(DefinitionInFiles, IsThatOfAnIncludedFileBeforeOthers) {

@@ -10,15 +10,16 @@ namespace Tolen::Tests {
 namespace {
 
 const std::string kUri = "untitled:a";
-const std::string kTidy = "class A\n{\n    input float x = 0.5;\n\n    float F() { return x; }\n}\n";
+const std::string kTidy =
+    "class A\n{\n    input float x = 0.5;\n\n    float F() { return x; }\n}\n";
 
 Json Format(const std::string& text) {
     LanguageClient client;
     client.Initialize();
     client.Open(kUri, text);
-    return client.Request("textDocument/formatting",
-                          {{"textDocument", {{"uri", kUri}}},
-                           {"options", {{"tabSize", 4}, {"insertSpaces", true}}}});
+    return client.Request(
+        "textDocument/formatting",
+        {{"textDocument", {{"uri", kUri}}}, {"options", {{"tabSize", 4}, {"insertSpaces", true}}}});
 }
 
 TEST(Formatting, ChangesNothingInATidyText) {

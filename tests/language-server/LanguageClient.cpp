@@ -192,7 +192,8 @@ Json LanguageClient::Request(const std::string& method, const Json& parameters) 
 
 Json LanguageClient::Initialize(const Json& capabilities, const std::string& folder,
                                 const Json& options) {
-    Json parameters = {{"processId", nullptr}, {"rootUri", nullptr}, {"capabilities", capabilities}};
+    Json parameters = {
+        {"processId", nullptr}, {"rootUri", nullptr}, {"capabilities", capabilities}};
     if (!folder.empty()) {
         parameters["workspaceFolders"] = {{{"uri", UriOf(folder)}, {"name", "folder"}}};
     }

@@ -108,9 +108,13 @@ TEST(LanguageServer, CancelsRequestsThatWait) {
     // One write, so that all of it has come when the first request is handled.
     std::string bytes;
     for (const Json& message :
-         {Json{{"jsonrpc", "2.0"}, {"id", "a"}, {"method", "workspace/symbol"},
+         {Json{{"jsonrpc", "2.0"},
+               {"id", "a"},
+               {"method", "workspace/symbol"},
                {"params", {{"query", ""}}}},
-          Json{{"jsonrpc", "2.0"}, {"id", "b"}, {"method", "workspace/symbol"},
+          Json{{"jsonrpc", "2.0"},
+               {"id", "b"},
+               {"method", "workspace/symbol"},
                {"params", {{"query", ""}}}},
           Json{{"jsonrpc", "2.0"}, {"method", "$/cancelRequest"}, {"params", {{"id", "b"}}}},
           Json{{"jsonrpc", "2.0"}, {"method", "$/cancelRequest"}, {"params", {{"id", 77}}}},

@@ -28,11 +28,10 @@ TEST_P(References, AreFoundFromEachOfThem) {
     client.Open("untitled:a", source.text);
     for (const Json& place : source.places) {
         std::vector<Json> found;
-        for (const Json& reference :
-             client.Request("textDocument/references",
-                            {{"textDocument", {{"uri", "untitled:a"}}},
-                             {"position", place},
-                             {"context", {{"includeDeclaration", true}}}})) {
+        for (const Json& reference : client.Request(
+                 "textDocument/references", {{"textDocument", {{"uri", "untitled:a"}}},
+                                             {"position", place},
+                                             {"context", {{"includeDeclaration", true}}}})) {
             found.push_back(reference["range"]["start"]);
         }
         EXPECT_EQ(found, source.places) << place;
@@ -46,18 +45,18 @@ INSTANTIATE_TEST_SUITE_P(
                           "class B { input float x; float F() { return x; } }"},
         Case{"OfALocal", "float f() { float @x = 1.0; { float x = 2.0; x = 3.0; } return @x; }"},
         Case{"OfAParameter", "float f(float @x) { return @x; } float g(float x) { return x; }"},
-        Case{"OfAFunction",
-             "float @f() { return 1.0; } class A { float G() { return @f(); } float H(float f) { return f; } }"},
+        Case{"OfAFunction", "float @f() { return 1.0; } class A { float G() { return @f(); } float "
+                            "H(float f) { return f; } }"},
         Case{"OfAMethodOfAnInterface",
              "interface I { float @At(); } class A : I { float @At() { return 1.0; } } "
-             "class B : I { input I part; input A other; float @At() { return part.@At() + other.@At(); } } "
+             "class B : I { input I part; input A other; float @At() { return part.@At() + "
+             "other.@At(); } } "
              "class C { float At() { return 1.0; } float F() { return At(); } }"},
         Case{"OfAMethodOfAClass",
              "interface I { float At(); } class A : I { float @Of() { return 1.0; } "
              "float At() { return @Of(); } } class B : I { float Of() { return 2.0; } }"},
-        Case{"OfOverloads",
-             "float @f(float x) { return x; } float @f(vec2 x) { return @f(x.x); } "
-             "float g() { return @f(1.0); }"},
+        Case{"OfOverloads", "float @f(float x) { return x; } float @f(vec2 x) { return @f(x.x); } "
+                            "float g() { return @f(1.0); }"},
         Case{"OfAnInterface", "interface @I { } class A : @I { input @I part; }"},
         Case{"OfAClass", "class @A { static float F() { return 1.0; } } "
                          "class B { input @A part = @A(); float F() { return @A.F(); } }"},
@@ -84,18 +83,20 @@ TEST(Rename, EditsEveryOccurrence) {
 }
 
 TEST(Rename, RefusesNamesThatAreNoneOrTaken) {
-    const std::string text = "class A { float @own; float other; float F(float x) { float y; return own; } } "
-                             "class B { }";
-    for (const std::string name : {"", "2", "a b", "float", "x.y", "other", "F", "x", "y", "/**/"}) {
+    const std::string text =
+        "class A { float @own; float other; float F(float x) { float y; return own; } } "
+        "class B { }";
+    for (const std::string name :
+         {"", "2", "a b", "float", "x.y", "other", "F", "x", "y", "/**/"}) {
         EXPECT_TRUE(Rename(text, name).contains("error")) << name;
     }
     EXPECT_TRUE(Rename(text, "B").contains("result"));
     EXPECT_TRUE(Rename("class @A { } class B { }", "B").contains("error"));
     EXPECT_TRUE(Rename("class A { float z; float F(float @x) { float y; return x; } }", "z")
                     .contains("error"));
-    EXPECT_TRUE(Rename("class A { float F(float @x) { return x; } float G(float y) { return y; } }",
-                       "y")
-                    .contains("result"));
+    EXPECT_TRUE(
+        Rename("class A { float F(float @x) { return x; } float G(float y) { return y; } }", "y")
+            .contains("result"));
     EXPECT_TRUE(Rename("float f() { return @dot(vec2(1.0), vec2(1.0)); }", "f").contains("error"));
     EXPECT_TRUE(Rename("class A { } @ ", "f").contains("error"));
 }

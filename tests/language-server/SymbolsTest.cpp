@@ -61,7 +61,8 @@ TEST(Symbols, OfADocumentAreATreeForClientsThatKnowTrees) {
 
 TEST(Symbols, OfADocumentAreAListForOthers) {
     const Json symbols = Ask(Json::object());
-    ASSERT_EQ(NamesOf(symbols), (Names{"RINGS", "Pattern", "At", "Rings", "width", "At", "square"}));
+    ASSERT_EQ(NamesOf(symbols),
+              (Names{"RINGS", "Pattern", "At", "Rings", "width", "At", "square"}));
     EXPECT_EQ(symbols[5]["containerName"], "Rings");
     EXPECT_EQ(symbols[5]["location"]["uri"], kUri);
     EXPECT_FALSE(symbols[6].contains("containerName"));
@@ -83,21 +84,20 @@ TEST(Symbols, FollowChangesOfTheText) {
     LanguageClient client;
     client.Initialize();
     client.Open(kUri, "class A { }");
-    client.Notify(
-        "textDocument/didChange",
-        {{"textDocument", {{"uri", kUri}, {"version", 2}}},
-         {"contentChanges",
-          {{{"range",
-             {{"start", {{"line", 0}, {"character", 6}}}, {"end", {{"line", 0}, {"character", 7}}}}},
-            {"text", "Bee"}},
-           {{"range",
-             {{"start", {{"line", 9}, {"character", 9}}}, {"end", {{"line", 99}, {"character", 0}}}}},
-            {"text", "\nclass C { }"}}}}});
+    client.Notify("textDocument/didChange", {{"textDocument", {{"uri", kUri}, {"version", 2}}},
+                                             {"contentChanges",
+                                              {{{"range",
+                                                 {{"start", {{"line", 0}, {"character", 6}}},
+                                                  {"end", {{"line", 0}, {"character", 7}}}}},
+                                                {"text", "Bee"}},
+                                               {{"range",
+                                                 {{"start", {{"line", 9}, {"character", 9}}},
+                                                  {"end", {{"line", 99}, {"character", 0}}}}},
+                                                {"text", "\nclass C { }"}}}}});
     const Json request = {{"textDocument", {{"uri", kUri}}}};
     EXPECT_EQ(NamesOf(client.Request("textDocument/documentSymbol", request)), (Names{"Bee", "C"}));
-    client.Notify("textDocument/didChange",
-                  {{"textDocument", {{"uri", kUri}, {"version", 3}}},
-                   {"contentChanges", {{{"text", "interface I { }"}}}}});
+    client.Notify("textDocument/didChange", {{"textDocument", {{"uri", kUri}, {"version", 3}}},
+                                             {"contentChanges", {{{"text", "interface I { }"}}}}});
     EXPECT_EQ(NamesOf(client.Request("textDocument/documentSymbol", request)), Names{"I"});
     client.Notify("textDocument/didClose", request);
     EXPECT_TRUE(client.Ask("textDocument/documentSymbol", request).contains("error"));

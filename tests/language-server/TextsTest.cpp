@@ -40,14 +40,13 @@ TEST(Hover, ShowsAnInputWithItsDefaultAndComment) {
 }
 
 TEST(Hover, IsPlainForClientsThatDoNotKnowMarkdown) {
-    EXPECT_EQ(Hover("class Wood { input float width; float At() { return @width; } }",
-                    Json::object()),
-              "input float width\n\nInput of class Wood. No default.");
+    EXPECT_EQ(
+        Hover("class Wood { input float width; float At() { return @width; } }", Json::object()),
+        "input float width\n\nInput of class Wood. No default.");
 }
 
 TEST(Hover, TellsTheRangeOfTheName) {
-    const Json hover =
-        Ask("textDocument/hover", "class A { float x; float F() { return x@; } }");
+    const Json hover = Ask("textDocument/hover", "class A { float x; float F() { return x@; } }");
     EXPECT_EQ(hover["range"], (Json{{"start", {{"line", 0}, {"character", 38}}},
                                     {"end", {{"line", 0}, {"character", 39}}}}));
 }
@@ -74,8 +73,9 @@ TEST(Hover, ShowsBuiltIns) {
 
 TEST(Hover, HasNothingToSayElsewhere) {
     for (const char* const marked :
-         {"@", "class A { } @", "float f() { return 1@.0; }", "// f@loat", "float f() { @return_; }",
-          "class A { float F() { return @nothing; } }", "#include \"a@.klsl\""}) {
+         {"@", "class A { } @", "float f() { return 1@.0; }", "// f@loat",
+          "float f() { @return_; }", "class A { float F() { return @nothing; } }",
+          "#include \"a@.klsl\""}) {
         EXPECT_EQ(Hover(marked), "") << marked;
     }
 }
@@ -97,8 +97,9 @@ struct Call {
 };
 
 TEST(SignatureHelp, ShowsTheParametersOfTheCallAroundAPlace) {
-    const std::string functions = "float f(float x, vec2 y) { return x; } float g() { return 1.0; }\n"
-                                  "interface I { float At(vec2 place, int i); }\n";
+    const std::string functions =
+        "float f(float x, vec2 y) { return x; } float g() { return 1.0; }\n"
+        "interface I { float At(vec2 place, int i); }\n";
     const std::string f = "float f(float x, vec2 y)";
     for (const Call& call : {
              Call{"float h() { return f(@", {f}, 0},
@@ -108,7 +109,8 @@ TEST(SignatureHelp, ShowsTheParametersOfTheCallAroundAPlace) {
              Call{"float h() { return f((1.0 + (2.0@)), y); }", {f}, 0},
              Call{"float h() { return f(a[1@], y); }", {f}, 0},
              Call{"float h() { return f(g(@), y); }", {"float g()"}, 0},
-             Call{"class A { input I part; void F() { part.At(vec2(0.0), @", {"float At(vec2 place, int i)"},
+             Call{"class A { input I part; void F() { part.At(vec2(0.0), @",
+                  {"float At(vec2 place, int i)"},
                   1},
              Call{"float h() { return f(1.0, y)@; }", {}, 0},
              Call{"float h() { f(1.0; @", {}, 0},

@@ -56,7 +56,8 @@ std::vector<Diagnostic> Decode(const Json& list) {
         diagnostic.columns = DecodeRange(json.at(3));
         diagnostic.text = json.at(4);
         for (const Json& note : json.at(5)) {
-            diagnostic.notes.push_back({note.at(0), note.at(1), DecodeRange(note.at(2)), note.at(3)});
+            diagnostic.notes.push_back(
+                {note.at(0), note.at(1), DecodeRange(note.at(2)), note.at(3)});
         }
         diagnostic.suggestion = json.at(6);
     }

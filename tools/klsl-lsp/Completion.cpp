@@ -23,13 +23,13 @@ constexpr int kKind_Folder = 19;
 
 using Words = std::vector<std::string_view>;
 
-const Words kDirectives = {"#define", "#else",    "#endif",  "#ifdef",
+const Words kDirectives = {"#define", "#else",   "#endif",   "#ifdef",
                            "#ifndef", "#import", "#include", "#undef"};
 const Words kWordsOutside = {"class", "interface"};
 const Words kWordsInClass = {"const", "coord",  "input",  "normal",
                              "out",   "output", "static", "tangent"};
 const Words kWordsOfParameters = {"in", "inout", "out"};
-const Words kWordsInCode = {"break", "const", "continue", "do",     "else",  "false",
+const Words kWordsInCode = {"break", "const", "continue", "do",   "else", "false",
                             "for",   "if",    "return",   "true", "while"};
 const Words kWordsInValues = {"false", "true"};
 
@@ -170,9 +170,9 @@ void Collector::_AddComponents(const std::string& vectorType) {
     const std::string prefix = vectorType.substr(0, vectorType.find("vec"));
     const std::string one = prefix == "i" ? "int" : prefix == "b" ? "bool" : "float";
     for (const std::string_view names : {"xyzw", "rgba", "stpq"}) {
-        for (std::size_t length = 1; length <= std::min<std::size_t>(count, names.size()); ++length) {
-            const std::string type =
-                length == 1 ? one : prefix + "vec" + std::to_string(length);
+        for (std::size_t length = 1; length <= std::min<std::size_t>(count, names.size());
+             ++length) {
+            const std::string type = length == 1 ? one : prefix + "vec" + std::to_string(length);
             _list.AddWord(std::string(names.substr(length - 1, 1)), kKind_Field, one,
                           CompletionList::kRank_Class);
             if (length > 1) {
@@ -205,9 +205,8 @@ void Collector::_AddCode(std::size_t offset) {
     }
     _AddDeclared([](const Symbol& symbol) {
         const bool hasStatics =
-            std::any_of(symbol.children.begin(), symbol.children.end(), [](const Symbol& child) {
-                return child.IsFunction() && child.isStatic;
-            });
+            std::any_of(symbol.children.begin(), symbol.children.end(),
+                        [](const Symbol& child) { return child.IsFunction() && child.isStatic; });
         return symbol.kind == Symbol::kKind_Function || symbol.kind == Symbol::kKind_Define ||
                (symbol.kind == Symbol::kKind_Class && hasStatics);
     });

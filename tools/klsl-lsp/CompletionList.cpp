@@ -77,8 +77,9 @@ Json* CompletionList::_AddItem(const std::string& label, int kind, Rank rank) {
 void CompletionList::Add(const Meaning& meaning, Rank rank) {
     const bool isBuiltin = meaning.pBuiltin != nullptr;
     Json* const item =
-        isBuiltin ? _AddItem(meaning.pBuiltin->name, GetKind(*meaning.pBuiltin), rank)
-                  : _AddItem(meaning.declared.pSymbol->name, GetKind(*meaning.declared.pSymbol), rank);
+        isBuiltin
+            ? _AddItem(meaning.pBuiltin->name, GetKind(*meaning.pBuiltin), rank)
+            : _AddItem(meaning.declared.pSymbol->name, GetKind(*meaning.declared.pSymbol), rank);
     if (item == nullptr) {
         return;
     }

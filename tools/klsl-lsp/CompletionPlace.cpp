@@ -53,8 +53,8 @@ CompletionPlace FindInDirective(std::string_view line, std::size_t begin, std::s
     }
     // Behind the name of a define stands code.
     const std::size_t name = line.find_first_not_of(' ', std::string_view("#define").size());
-    const bool isValue = name != std::string_view::npos &&
-                         line.find_first_of(" \t", name) != std::string_view::npos;
+    const bool isValue =
+        name != std::string_view::npos && line.find_first_of(" \t", name) != std::string_view::npos;
     return {isValue ? Kind::kKind_Code : Kind::kKind_Nothing, prefix, 0, {}};
 }
 
@@ -121,9 +121,9 @@ Kind FindInClass(const std::vector<std::string_view>& words, CompletionPlace& pl
         return word == "static" || word == "const" || word == "coord" || word == "output" ||
                word == "out" || word == "normal" || word == "tangent";
     });
-    return !wantsType                                            ? Kind::kKind_Nothing
+    return !wantsType                                       ? Kind::kKind_Nothing
            : words.size() == 1 && words.front() == "static" ? Kind::kKind_Class
-                                                                 : Kind::kKind_Type;
+                                                            : Kind::kKind_Type;
 }
 
 Kind FindInInterface(const std::vector<std::string_view>& words) {

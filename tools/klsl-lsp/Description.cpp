@@ -87,8 +87,7 @@ std::string GetSignature(const Meaning& meaning) {
         return builtin.name;
     }
     const std::size_t others = builtin.signatures.size() - 1;
-    return builtin.signatures.front() +
-           (others == 0 ? "" : " (+" + std::to_string(others) + ")");
+    return builtin.signatures.front() + (others == 0 ? "" : " (+" + std::to_string(others) + ")");
 }
 
 std::string DescribeBriefly(const Meaning& meaning, TextFormat format) {

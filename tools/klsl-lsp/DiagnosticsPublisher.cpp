@@ -123,10 +123,10 @@ Json DiagnosticsPublisher::_MakeDiagnostic(const Source& source,
     Json related = Json::array();
     for (const Diagnostic::Note& note : diagnostic.notes) {
         if (const SourcePtr pSource = _FindSource(note.file)) {
-            related.push_back(
-                {{"location",
-                  {{"uri", pSource->uri}, {"range", _MakeRange(*pSource, note.line, note.columns)}}},
-                 {"message", note.text}});
+            related.push_back({{"location",
+                                {{"uri", pSource->uri},
+                                 {"range", _MakeRange(*pSource, note.line, note.columns)}}},
+                               {"message", note.text}});
         }
     }
     if (_hasRelatedInformation && !related.empty()) {

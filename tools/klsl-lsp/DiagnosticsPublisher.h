@@ -49,7 +49,6 @@ public:
     void Read();
 
 private:
-
     using Reports = std::map<std::string, Json>; ///< by URI
 
     void _StartCheck(const std::vector<SourcePtr>& sources);

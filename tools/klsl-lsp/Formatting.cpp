@@ -38,9 +38,8 @@ Json MakeFormatting(const Source& source, const Positions& positions) {
     const std::string_view restOfAfter = std::string_view(after).substr(front);
     const std::size_t back = CountCommonBack(before.substr(front), restOfAfter);
     const std::string_view text = restOfAfter.substr(0, restOfAfter.size() - back);
-    return Json::array(
-        {{{"range", positions.MakeRange(source.text, {front, before.size() - back})},
-          {"newText", text}}});
+    return Json::array({{{"range", positions.MakeRange(source.text, {front, before.size() - back})},
+                         {"newText", text}}});
 }
 
 } // namespace Tolen::LanguageServer

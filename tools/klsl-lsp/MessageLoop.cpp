@@ -21,8 +21,8 @@ int GetTimeout(std::optional<DiagnosticsPublisher::Clock::time_point> time) {
     if (!time.has_value()) {
         return -1;
     }
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(
-        *time - DiagnosticsPublisher::Clock::now());
+    const auto left =
+        std::chrono::ceil<std::chrono::milliseconds>(*time - DiagnosticsPublisher::Clock::now());
     return static_cast<int>(std::max<std::chrono::milliseconds::rep>(left.count(), 0));
 }
 

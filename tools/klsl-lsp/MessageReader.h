@@ -39,7 +39,7 @@ private:
 
     State _state = kState_Header;
     std::string _bytes;
-    std::size_t _begin = 0; ///< what lies before has been read
+    std::size_t _begin = 0;  ///< what lies before has been read
     std::size_t _length = 0; ///< of the body, or of what is left to skip
 };
 

@@ -76,9 +76,9 @@ void Occurrences::_AddFamily(const Declared& declared) {
     bool isOfInterface = false;
     for (const SourcePtr& pSource : _sources) {
         for (const Symbol& symbol : pSource->outline.symbols) {
-            isOfInterface = isOfInterface || (symbol.kind == Symbol::kKind_Interface &&
-                                              symbol.name == interface &&
-                                              HasName(symbol.children, _name));
+            isOfInterface =
+                isOfInterface || (symbol.kind == Symbol::kKind_Interface &&
+                                  symbol.name == interface && HasName(symbol.children, _name));
         }
     }
     if (!isOfInterface) {
@@ -106,7 +106,8 @@ void Occurrences::_Search(const Workspace& workspace, const SourcePtr& pSource) 
         }
         if (token.kind == SourceToken::kKind_Directive) {
             for (std::size_t at = 0; (at = text.find(_name, at)) != std::string_view::npos;) {
-                const SourceRange range{token.range.begin + at, token.range.begin + at + _name.size()};
+                const SourceRange range{token.range.begin + at,
+                                        token.range.begin + at + _name.size()};
                 if (source.FindWord(range.begin) == range) {
                     words.push_back(range);
                 }
@@ -130,8 +131,8 @@ void Occurrences::_Look(const Resolver& resolver, const SourceRange& word) {
         };
         if (std::any_of(_declarations.begin(), _declarations.end(), isMeant)) {
             const SourcePtr& pSource = resolver.GetLibrary().GetSource();
-            const bool isDeclaration = meaning.declared.pSource == pSource &&
-                                       meaning.declared.pSymbol->nameRange == word;
+            const bool isDeclaration =
+                meaning.declared.pSource == pSource && meaning.declared.pSymbol->nameRange == word;
             _list.push_back({pSource, word, isDeclaration});
             return;
         }

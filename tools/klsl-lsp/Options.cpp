@@ -7,9 +7,10 @@
 namespace Tolen::LanguageServer {
 
 bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus) {
-    CLI::App app("A language server for KLSL. Speaks the language server protocol on standard input "
-                 "and output; an editor starts it.",
-                 "klsl-lsp");
+    CLI::App app(
+        "A language server for KLSL. Speaks the language server protocol on standard input "
+        "and output; an editor starts it.",
+        "klsl-lsp");
     app.footer("Exit status: 0 when the editor has ended the session, 1 otherwise, 2 on misuse.");
     app.add_option("-I,--search-path", options.searchPaths,
                    "a folder to look for libraries and included files in")

@@ -15,8 +15,7 @@ Json MakePlace(const Source& source, const SourceRange& range, const Positions& 
 Json MakePlaces(const std::vector<Declared>& list, const Positions& positions) {
     Json places = Json::array();
     for (const Declared& declared : list) {
-        places.push_back(
-            MakePlace(*declared.pSource, declared.pSymbol->nameRange, positions));
+        places.push_back(MakePlace(*declared.pSource, declared.pSymbol->nameRange, positions));
     }
     return places;
 }

@@ -25,8 +25,8 @@ Json Positions::MakePosition(const SourceText& text, std::size_t offset) const {
     const SourcePlace place = text.GetPlace(offset);
     // Between the two bytes that end a line there is no position.
     const std::size_t inside = std::min(offset, text.GetLineRange(place.line).end);
-    const int column = _encoding == kEncoding_Utf8 ? text.GetPlace(inside).column - 1
-                                                   : text.GetColumn16(inside);
+    const int column =
+        _encoding == kEncoding_Utf8 ? text.GetPlace(inside).column - 1 : text.GetColumn16(inside);
     return {{"line", place.line - 1}, {"character", column}};
 }
 

@@ -24,8 +24,7 @@ enum class ErrorCode {
 /// Ends a request; the client gets code and text.
 class RequestError : public std::runtime_error {
 public:
-    RequestError(ErrorCode code, const std::string& text)
-        : std::runtime_error(text), _code(code) {}
+    RequestError(ErrorCode code, const std::string& text) : std::runtime_error(text), _code(code) {}
 
     ErrorCode GetCode() const { return _code; }
 

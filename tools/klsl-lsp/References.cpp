@@ -71,8 +71,8 @@ Json References::Rename(const std::string& name) const {
     for (const Occurrence& occurrence : _occurrences->GetList()) {
         const Source& source = *occurrence.pSource;
         Json& edits = changes.emplace(source.uri, Json::array()).first.value();
-        edits.push_back({{"range", _positions.MakeRange(source.text, occurrence.range)},
-                         {"newText", name}});
+        edits.push_back(
+            {{"range", _positions.MakeRange(source.text, occurrence.range)}, {"newText", name}});
     }
     return {{"changes", std::move(changes)}};
 }

@@ -54,8 +54,7 @@ void KeepFitting(std::vector<Declared>& functions, std::optional<std::size_t> co
     }
 }
 
-std::vector<Declared> ListChildren(const Declared& container,
-                                   const Library::Predicate& predicate) {
+std::vector<Declared> ListChildren(const Declared& container, const Library::Predicate& predicate) {
     std::vector<Declared> list;
     if (container.pSymbol != nullptr) {
         for (const Symbol& child : container.pSymbol->children) {
@@ -70,9 +69,9 @@ std::vector<Declared> ListChildren(const Declared& container,
 } // namespace
 
 std::size_t CountParameters(const Symbol& function) {
-    return static_cast<std::size_t>(std::count_if(
-        function.children.begin(), function.children.end(),
-        [](const Symbol& child) { return child.kind == Symbol::kKind_Parameter; }));
+    return static_cast<std::size_t>(
+        std::count_if(function.children.begin(), function.children.end(),
+                      [](const Symbol& child) { return child.kind == Symbol::kKind_Parameter; }));
 }
 
 Resolver::Resolver(const Workspace& workspace, const std::vector<SourcePtr>& sources,
@@ -99,7 +98,8 @@ std::vector<Meaning> Resolver::_Resolve(const SourceRange& word,
     const Language::Builtin* const builtin = Language::FindBuiltin(name);
     const std::size_t index = GetSource().FindTokenAfter(word.begin);
     const std::optional<std::size_t> before = GetSource().FindPrevious(index);
-    const bool isMember = before.has_value() && GetSource().GetText(GetSource().tokens[*before]) == ".";
+    const bool isMember =
+        before.has_value() && GetSource().GetText(GetSource().tokens[*before]) == ".";
     if (meanings.empty() && builtin != nullptr && !isMember) {
         meanings.push_back({{}, builtin});
     }
@@ -124,9 +124,8 @@ std::vector<Declared> Resolver::_FindDeclared(const SourceRange& word,
     const std::optional<std::size_t> before = source.FindPrevious(index);
     if (before.has_value() && source.GetText(source.tokens[*before]) == ".") {
         std::vector<Declared> methods = ListMethods(FindReceiver(*before));
-        std::erase_if(methods, [&name](const Declared& method) {
-            return method.pSymbol->name != name;
-        });
+        std::erase_if(methods,
+                      [&name](const Declared& method) { return method.pSymbol->name != name; });
         return methods;
     }
     const std::optional<std::size_t> after = source.FindNext(index);
@@ -158,7 +157,8 @@ Declared Resolver::_FindDeclaration(const SourceRange& name) const {
 
 const Symbol* Resolver::_FindClass(std::size_t offset) const {
     const std::vector<const Symbol*> around = GetSource().outline.FindAround(offset);
-    return !around.empty() && around.front()->kind == Symbol::kKind_Class ? around.front() : nullptr;
+    return !around.empty() && around.front()->kind == Symbol::kKind_Class ? around.front()
+                                                                          : nullptr;
 }
 
 Declared Resolver::_FindVariable(const std::string& name, std::size_t offset) const {
@@ -213,8 +213,7 @@ std::vector<Declared> Resolver::ListLocals(std::size_t offset) const {
 Receiver Resolver::FindReceiver(std::size_t dot) const {
     const Source& source = GetSource();
     std::optional<std::size_t> index = source.FindPrevious(dot);
-    const bool isElement =
-        index.has_value() && source.GetText(source.tokens[*index]) == "]";
+    const bool isElement = index.has_value() && source.GetText(source.tokens[*index]) == "]";
     if (isElement) {
         const std::optional<std::size_t> opening = FindOpening(source, *index);
         index = opening.has_value() ? source.FindPrevious(*opening) : std::nullopt;

@@ -240,8 +240,7 @@ void Server::_AddReferences() {
     const auto find = [this](const Json& parameters, const auto& answer) {
         const std::vector<SourcePtr> sources = _workspace.GetSources();
         const Place place = _FindPlace(parameters);
-        return answer(
-            References(_workspace, sources, place.resolver, _positions, place.offset));
+        return answer(References(_workspace, sources, place.resolver, _positions, place.offset));
     };
     _dispatcher.OnRequest("textDocument/references", [find](const Json& parameters) {
         const bool withDeclarations = IsSet(parameters, "/context/includeDeclaration");

@@ -57,11 +57,11 @@ Json MakeTree(const Source& source, const std::vector<Symbol>& symbols,
 
 Json MakeInformation(const Source& source, const Symbol& symbol, const std::string& container,
                      const Positions& positions) {
-    Json information = {{"name", symbol.name},
-                        {"kind", GetKind(symbol.kind)},
-                        {"location",
-                         {{"uri", source.uri},
-                          {"range", positions.MakeRange(source.text, symbol.range)}}}};
+    Json information = {
+        {"name", symbol.name},
+        {"kind", GetKind(symbol.kind)},
+        {"location",
+         {{"uri", source.uri}, {"range", positions.MakeRange(source.text, symbol.range)}}}};
     if (!container.empty()) {
         information["containerName"] = container;
     }
@@ -71,8 +71,9 @@ Json MakeInformation(const Source& source, const Symbol& symbol, const std::stri
 bool HoldsLetters(const std::string& name, const std::string& letters) {
     std::size_t found = 0;
     for (const char c : name) {
-        if (found < letters.size() && std::tolower(static_cast<unsigned char>(c)) ==
-                                          std::tolower(static_cast<unsigned char>(letters[found]))) {
+        if (found < letters.size() &&
+            std::tolower(static_cast<unsigned char>(c)) ==
+                std::tolower(static_cast<unsigned char>(letters[found]))) {
             ++found;
         }
     }

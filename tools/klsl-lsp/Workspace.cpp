@@ -57,9 +57,8 @@ void Workspace::_ScanFolder(const std::string& folder, int limitDepth,
 }
 
 bool Workspace::_IsInFolders(const std::string& path) const {
-    return std::any_of(_folders.begin(), _folders.end(), [&path](const std::string& folder) {
-        return IsInFolder(path, folder);
-    });
+    return std::any_of(_folders.begin(), _folders.end(),
+                       [&path](const std::string& folder) { return IsInFolder(path, folder); });
 }
 
 std::vector<SourcePtr> Workspace::GetSources() const {
@@ -127,7 +126,8 @@ SourcePtr Workspace::_Read(const std::string& path) const {
     std::error_code error;
     const bool isFile = fs::is_regular_file(path, error);
     const std::uintmax_t size = isFile ? fs::file_size(path, error) : 0;
-    const fs::file_time_type time = isFile ? fs::last_write_time(path, error) : fs::file_time_type();
+    const fs::file_time_type time =
+        isFile ? fs::last_write_time(path, error) : fs::file_time_type();
     if (!isFile || error || size > kLimitFileSize) {
         return nullptr;
     }

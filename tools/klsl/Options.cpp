@@ -59,6 +59,7 @@ bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus)
     CLI::App* const check = app.add_subcommand("check", "load libraries and all of their classes");
     check->add_option("files", options.files, "the libraries, which may refer to each other")
         ->required();
+    check->add_flag("--watch", options.watches, "check again whenever a file changes, to Ctrl-C");
 
     CLI::App* const print = app.add_subcommand(
         "print", "show the programs of a class or of all effects of a scene: the root shader, the "

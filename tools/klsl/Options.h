@@ -21,6 +21,7 @@ struct Options {
     Command command = kCommand_Check;
     std::vector<std::string> files;       ///< the libraries to load, in this order; or one scene
     std::vector<std::string> searchPaths; ///< folders to look for them and their includes in
+    bool watches = false;                 ///< to check: again whenever a file changes
     Language::ClientNames names;          ///< what the client adds to the language
     std::string className;                ///< to print: the class of the root
     Effect effect = kEffect_Surface;      ///< to print: what the class is the root of

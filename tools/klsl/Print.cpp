@@ -69,14 +69,12 @@ int PrintClass(const Options& options) {
     }
     bool isMade = session.LoadLibraries(options.files);
     if (isMade) {
-        Language::Diagnostic place;
-        place.file = options.files.front();
         Result result;
         const Scene::ProgramTexts texts(session.GetContext());
         isMade = MakeProgram(session.GetManager(), options, result);
         std::fputs(texts.Print().c_str(), stdout);
         std::fflush(stdout);
-        session.Report(result, isMade, [&place](const std::string&) { return place; });
+        session.Report(result, isMade, {options.files.front(), options.className});
     }
     return Report(session.GetDiagnostics()) || !isMade ? 1 : 0;
 }

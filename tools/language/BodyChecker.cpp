@@ -1,5 +1,6 @@
 #include "BodyChecker.h"
 
+#include "language/Builtins.h"
 #include "language/RootText.h"
 #include "language/Session.h"
 #include "language/ShaderFiller.h"
@@ -17,7 +18,7 @@
 #include "TolenCore/Path.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <regex>
 #include <utility>
 
 namespace Tolen::Language {
@@ -46,44 +47,38 @@ private:
     IEffect* _pEffect; ///< the manager's
 };
 
-/// What the messages of @p outcome say to be missing.
-std::set<std::string> GetUndeclared(const std::vector<Message>& messages) {
-    std::set<std::string> texts;
-    for (const Message& message : messages) {
-        if (message.text.ends_with("is not declared")) {
-            texts.insert(message.text);
-        }
-    }
-    return texts;
-}
-
 } // namespace
 
-/// What only some stages miss is there in others: code that uses it is for these. Of stages that
-/// miss as much, the one with the fewest messages is taken, or the first.
-BodyChecker::Outcome BodyChecker::_ChooseOutcome(const std::vector<Outcome>& outcomes) {
-    std::map<std::string, std::size_t> counts;
-    for (const Outcome& outcome : outcomes) {
-        for (const std::string& text : GetUndeclared(outcome.messages)) {
-            ++counts[text];
-        }
-    }
-    const auto rank = [&](const Outcome& outcome) {
-        const std::set<std::string> texts = GetUndeclared(outcome.messages);
-        const auto missed = std::count_if(texts.begin(), texts.end(), [&](const auto& text) {
-            return counts[text] < outcomes.size();
-        });
-        return std::make_pair(missed, outcome.messages.size());
+/// The outcome that misses the least of what only some stages have: the code is for that stage.
+BodyChecker::Outcome BodyChecker::_ChooseOutcome(const std::vector<Outcome>& outcomes) const {
+    const auto countMissed = [this](const Outcome& outcome) {
+        return std::count_if(outcome.messages.begin(), outcome.messages.end(),
+                             [this](const Message& message) { return _IsOfStage(message.text); });
     };
-    return *std::min_element(
-        outcomes.begin(), outcomes.end(),
-        [&rank](const Outcome& a, const Outcome& b) { return rank(a) < rank(b); });
+    return *std::min_element(outcomes.begin(), outcomes.end(),
+                             [&countMissed](const Outcome& a, const Outcome& b) {
+                                 return countMissed(a) < countMissed(b);
+                             });
+}
+
+/// Whether a message tells that something isn't there which is there in other stages.
+bool BodyChecker::_IsOfStage(const std::string& text) const {
+    static const std::regex kMissing("^(?:function )?'(\\w+)' (is not declared|belongs to)");
+    std::smatch match;
+    return std::regex_search(text, match, kMissing) &&
+           (match[2] == "belongs to" || FindBuiltin(match[1]) != nullptr ||
+            _coords.contains(match[1]));
 }
 
 BodyChecker::BodyChecker(Session& session, const std::vector<Library*>& libraries)
     : _session(session), _libraries(libraries) {
     for (const Library* const library : libraries) {
         _fileNames.insert(Path(library->GetName()).GetFileName());
+        for (const ClassDefinition* definition : library->GetModule()->GetClassDefinitions()) {
+            for (const auto& [name, coord] : definition->GetCoords()) {
+                _coords.insert(name->GetString());
+            }
+        }
     }
 }
 
@@ -266,9 +261,9 @@ std::vector<Message> BodyChecker::_TakeMessages(Result& result) {
 }
 
 void BodyChecker::_Report(const Root& root, const Outcome& outcome) {
-    Diagnostic place;
-    place.file = root.pLibrary->GetName();
-    _session.Add(outcome.messages, [&place](const std::string&) { return place; });
+    const std::string name =
+        root.pClass == nullptr ? std::string() : root.pClass->GetName()->GetString();
+    _session.Add(outcome.messages, {root.pLibrary->GetName(), name});
 }
 
 } // namespace Tolen::Language

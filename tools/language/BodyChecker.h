@@ -62,7 +62,8 @@ private:
     std::vector<Root> _Split(const std::vector<Root>& roots) const;
     std::vector<Root> _CheckRoots(const std::vector<Root>& roots);
     Outcome _CheckRoot(const Root& root);
-    static Outcome _ChooseOutcome(const std::vector<Outcome>& outcomes);
+    Outcome _ChooseOutcome(const std::vector<Outcome>& outcomes) const;
+    bool _IsOfStage(const std::string& text) const;
     Outcome _Compile(const Root& root, Stage stage);
     std::vector<Message> _TakeMessages(Result& result);
     void _Report(const Root& root, const Outcome& outcome);
@@ -70,6 +71,7 @@ private:
     Session& _session;
     std::vector<Effects::Library*> _libraries;
     std::set<std::string> _fileNames;                    ///< of the libraries, without folders
+    std::set<std::string> _coords;                       ///< the names of all coords
     std::map<std::string, std::string> _implementations; ///< by their interfaces
     std::unique_ptr<ShaderFiller> _pStatics;             ///< of the static inputs
     std::vector<Root> _roots;

@@ -1,7 +1,6 @@
 #include "Checker.h"
 
 #include "language/BodyChecker.h"
-#include "language/PlaceFinder.h"
 #include "language/Session.h"
 
 #include "Library.h"
@@ -35,8 +34,7 @@ private:
         _libraries.push_back(library);
         return true;
     }
-    bool _CheckClass(Library& library, const ClassDefinition& definition,
-                     const PlaceFinder& places);
+    bool _CheckClass(Library& library, const ClassDefinition& definition);
 
     const ClientNames& _names;
     Session _session;
@@ -53,15 +51,18 @@ std::vector<Diagnostic> Checker::Run::Check(const std::vector<std::string>& file
     _session.LoadLibraries(files);
     _session.GetManager().GetImplementation()->VisitLibraries(
         MakeDelegate(this, &Run::_AddLibrary));
-    const PlaceFinder places(_libraries);
     BodyChecker bodies(_session, _libraries);
     for (Library* const library : _libraries) {
         for (const ClassDefinition* definition : library->GetModule()->GetClassDefinitions()) {
-            if (_CheckClass(*library, *definition, places)) {
+            if (_CheckClass(*library, *definition)) {
                 bodies.AddClass(*library, *definition);
             }
         }
         bodies.AddFunctions(*library);
+        for (const PlacedMessage& lost :
+             _session.GetPlacer().FindLostVariables(library->GetName())) {
+            _session.Add(lost, Diagnostic::kSeverity_Warning);
+        }
     }
     bodies.Check();
     return _session.GetDiagnostics();
@@ -69,13 +70,11 @@ std::vector<Diagnostic> Checker::Run::Check(const std::vector<std::string>& file
 
 /// Loads a class and makes a shader of it, which also evaluates the defaults of its inputs.
 /// @return whether that could be done
-bool Checker::Run::_CheckClass(Library& library, const ClassDefinition& definition,
-                               const PlaceFinder& places) {
+bool Checker::Run::_CheckClass(Library& library, const ClassDefinition& definition) {
     Result result;
     IShader* const shader = library.CreateShader(definition.GetName()->GetString(), &result);
-    const Diagnostic place = PlaceFinder::PlaceOf(library, definition);
     _session.Report(result, shader != nullptr,
-                    [&](const std::string& text) { return places.Find(text, place); });
+                    {library.GetName(), definition.GetName()->GetString()});
     library.DestroyShader(shader);
     return shader != nullptr;
 }

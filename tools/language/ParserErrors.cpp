@@ -98,8 +98,8 @@ public:
             _PlaceConflict(token, error);
         } else {
             error.range = _Tokens()[token].range;
-            if (text.starts_with("Syntax Error") && _Tokens()[token].code == kToken_Identifier) {
-                error.suggestion = SuggestKeyword(_parser.GetText(_Tokens()[token]));
+            if (text.starts_with("Syntax Error")) {
+                _SuggestKeyword(token, error);
             }
         }
         return error;
@@ -107,6 +107,22 @@ public:
 
 private:
     const std::vector<TokenKeeper::KeptToken>& _Tokens() const { return _parser.GetTokens(); }
+
+    /// A name that doesn't fit, or behind which nothing fits, may be a keyword in truth.
+    void _SuggestKeyword(std::size_t token, ParserError& error) const {
+        if (_Tokens()[token].code == kToken_Identifier) {
+            error.suggestion = SuggestKeyword(_parser.GetText(_Tokens()[token]));
+        }
+        if (error.suggestion.empty() && token > 0 &&
+            _Tokens()[token - 1].code == kToken_Identifier) {
+            const std::string_view word = _parser.GetText(_Tokens()[token - 1]);
+            const std::string keyword = SuggestKeyword(word);
+            if (!keyword.empty()) {
+                error.other = _Tokens()[token - 1].range;
+                error.otherText = "is '" + std::string(word) + "' meant to be '" + keyword + "'?";
+            }
+        }
+    }
 
     static std::string SuggestKeyword(std::string_view word) {
         std::vector<std::string> keywords;
@@ -127,9 +143,10 @@ private:
             if (_Tokens()[i - 1].code == keyword && _Tokens()[i].code == kToken_Identifier) {
                 const SourceRange range = _Tokens()[i].range;
                 error.range = range;
-                error.first = first.emplace(_parser.GetText(_Tokens()[i]), range).first->second;
+                error.other = first.emplace(_parser.GetText(_Tokens()[i]), range).first->second;
             }
         }
+        error.otherText = "the first one is here";
     }
 
     /// The declaration ends before @p token; the other one is in the same class.
@@ -142,9 +159,10 @@ private:
         for (std::size_t i = name; i-- > 2 && _Tokens()[i].code != kToken_Class;) {
             if (_IsCoordOrOutput(i) &&
                 _parser.GetText(_Tokens()[i]) == _parser.GetText(_Tokens()[name])) {
-                error.first = _Tokens()[i].range;
+                error.other = _Tokens()[i].range;
             }
         }
+        error.otherText = "the first one is here";
     }
 
     bool _IsCoordOrOutput(std::size_t name) const {
@@ -173,7 +191,7 @@ std::vector<ParserError> FindParserErrors(const PreprocessedText& text) {
     for (std::size_t i = 0; i < parser.GetErrors().size(); ++i) {
         const std::string message = WithoutPlace(parser.GetErrors()[i]);
         if (parser.GetTokens().empty()) {
-            errors.push_back({message, {}, {}, {}});
+            errors.push_back({message, {}, {}, {}, {}});
         } else {
             errors.push_back(placer.Place(message, parser.GetTokenOfError(i)));
         }

@@ -13,7 +13,8 @@ class PreprocessedText;
 struct ParserError {
     std::string text; ///< in the parser's words, without a place
     SourceRange range;
-    SourceRange first;      ///< of what is declared twice: the first; empty otherwise
+    SourceRange other;      ///< another place that has to do with it; empty when there is none
+    std::string otherText;  ///< what there is
     std::string suggestion; ///< for a word that is close to a keyword; empty otherwise
 };
 

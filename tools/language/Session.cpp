@@ -15,7 +15,8 @@ bool HasError(const std::vector<Message>& messages) {
 
 /// Whether @p message only says that something failed, where others tell why.
 bool IsConsequence(const Message& message) {
-    return message.text.starts_with("Effects Manager: Failed to initialize Shader Library");
+    return message.text.starts_with("Effects Manager: Failed to initialize Shader Library") ||
+           (message.text.starts_with("Prototype shader") && message.text.ends_with("init failed"));
 }
 
 void Append(std::vector<Message>& messages, const std::vector<Message>& more) {
@@ -86,7 +87,10 @@ bool Session::Start(const ClientNames& names, std::string& error) {
     if (_pContext->AreFilteredAccumulatesEnabled()) {
         predefined.emplace_back("KL_FILTERED_ACCUMULATES_ENABLED");
     }
+    _names = names;
     _pPreprocessor = std::make_unique<Preprocessor>(_assets, predefined);
+    _pIndex = std::make_unique<SourceIndex>(*_pPreprocessor);
+    _pPlacer = std::make_unique<MessagePlacer>(*_pIndex, _names);
     return true;
 }
 
@@ -102,16 +106,14 @@ bool Session::LoadLibraries(const std::vector<std::string>& files) {
     for (const std::string& file : files) {
         _pPreprocessor->Read(file);
         Result result;
-        Diagnostic place;
-        place.file = file;
         const bool isLoaded = _pManager->AddLibrary(file, &result);
-        Report(result, isLoaded, [&place](const std::string&) { return place; });
+        Report(result, isLoaded, {file, {}});
         all = all && isLoaded;
     }
     return all;
 }
 
-void Session::Report(Result& result, bool success, const PlaceOf& placeOf) {
+void Session::Report(Result& result, bool success, const Context& context) {
     std::vector<Message> diary;
     std::vector<Message> messages = TakeMessages(result, &diary);
     if (!success && !HasError(messages)) {
@@ -124,7 +126,7 @@ void Session::Report(Result& result, bool success, const PlaceOf& placeOf) {
     if (messages.size() > 1) {
         std::erase_if(messages, IsConsequence);
     }
-    Add(messages, placeOf);
+    Add(messages, context);
 }
 
 std::vector<Message> Session::TakeMessages(Result& result, std::vector<Message>* pDiary) {
@@ -138,28 +140,42 @@ std::vector<Message> Session::TakeMessages(Result& result, std::vector<Message>*
     return messages;
 }
 
-void Session::Add(const std::vector<Message>& messages, const PlaceOf& placeOf) {
+void Session::Add(const std::vector<Message>& messages, const Context& context) {
     for (const Message& message : messages) {
-        _Add(_Place(message, placeOf));
+        _Add(_Place(message, context));
     }
 }
 
-Diagnostic Session::_Place(const Message& message, const PlaceOf& placeOf) {
-    const Diagnostic place = placeOf(message.text);
+void Session::Add(const PlacedMessage& message, Diagnostic::Severity severity) {
+    _Add(_MakeDiagnostic(message, severity));
+}
+
+Diagnostic Session::_Place(const Message& message, const Context& context) {
     Diagnostic diagnostic;
     diagnostic.severity = message.severity;
     diagnostic.text = message.text;
     if (_PlaceOfParser(message, diagnostic) || _PlaceOfPreprocessor(message, diagnostic)) {
         return diagnostic;
     }
-    diagnostic.file = message.file;
-    diagnostic.line = message.line;
-    if (message.file.empty() || message.file == "<generated>") {
-        diagnostic.file = place.file;
-        diagnostic.line = place.line;
-        diagnostic.columns = place.columns;
+    if (const std::optional<PlacedMessage> placed = _pPlacer->Place(message, context)) {
+        return _MakeDiagnostic(*placed, message.severity);
     }
-    diagnostic.file = _FindFile(diagnostic.file, place.file);
+    const bool isOfLibrary = !message.file.empty() && _files.contains(FullPath(message.file));
+    diagnostic.file = _NameOf(isOfLibrary ? FullPath(message.file) : context.file);
+    diagnostic.line = isOfLibrary ? message.line : 0;
+    return diagnostic;
+}
+
+Diagnostic Session::_MakeDiagnostic(const PlacedMessage& message,
+                                    Diagnostic::Severity severity) const {
+    Diagnostic diagnostic;
+    diagnostic.severity = severity;
+    diagnostic.text = message.text;
+    diagnostic.suggestion = message.suggestion;
+    _SetPlace(message.place, diagnostic);
+    for (const auto& [place, text] : message.notes) {
+        _AddNote(place, text, diagnostic);
+    }
     return diagnostic;
 }
 
@@ -181,8 +197,8 @@ bool Session::_PlaceOfParser(const Message& message, Diagnostic& diagnostic) {
     const ParserError error = errors->second.front();
     errors->second.pop_front();
     _SetPlace(text->Find(error.range), diagnostic);
-    if (error.first.GetLength() != 0) {
-        _AddNote(text->Find(error.first), "the first one is here", diagnostic);
+    if (error.other.GetLength() != 0) {
+        _AddNote(text->Find(error.other), error.otherText, diagnostic);
     }
     diagnostic.suggestion = error.suggestion;
     return true;
@@ -243,22 +259,6 @@ std::vector<Diagnostic> Session::GetDiagnostics() const {
     std::stable_sort(sorted.begin(), sorted.end(),
                      [&key](const Diagnostic& a, const Diagnostic& b) { return key(a) < key(b); });
     return sorted;
-}
-
-std::string Session::_FindFile(const std::string& name, const std::string& likely) const {
-    // Some messages tell the file without its folders; then it is most likely the one in work.
-    const std::string known = Path(likely).GetFileName() == name ? likely : name;
-    for (const auto& [path, file] : _files) {
-        if (path == known) {
-            return file;
-        }
-    }
-    for (const auto& [path, file] : _files) {
-        if (Path(path).GetFileName() == known) {
-            return file;
-        }
-    }
-    return known;
 }
 
 } // namespace Tolen::Language

@@ -3,6 +3,7 @@
 #include "language/ClientNames.h"
 #include "language/Diagnostic.h"
 #include "language/Message.h"
+#include "language/MessagePlacer.h"
 #include "language/ParserErrors.h"
 #include "language/Preprocessor.h"
 #include "language/SourceAssets.h"
@@ -14,7 +15,6 @@
 #include "TolenCore/Result.h"
 
 #include <deque>
-#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -41,19 +41,21 @@ public:
     /// @return whether all of them could be loaded
     bool LoadLibraries(const std::vector<std::string>& files);
 
-    /// Where a message belongs that tells no place itself: a file, a line and a column.
-    using PlaceOf = std::function<Diagnostic(const std::string& text)>;
+    /// What was being done when messages came.
+    using Context = MessagePlacer::Context;
 
     /// Takes down what the console and @p result have got since the last report, and empties both.
     /// What has been reported before is passed over.
     /// @param success of what was done since; a failure without a message is reported as one
-    void Report(Result& result, bool success, const PlaceOf& placeOf);
+    void Report(Result& result, bool success, const Context& context);
 
     /// Takes what the console and @p result have got, and empties both.
     /// @param pDiary unless null, takes what the console got that isn't meant as a complaint
     std::vector<Message> TakeMessages(Result& result, std::vector<Message>* pDiary = nullptr);
     /// Takes messages down. What has been reported before is passed over.
-    void Add(const std::vector<Message>& messages, const PlaceOf& placeOf);
+    void Add(const std::vector<Message>& messages, const Context& context);
+
+    void Add(const PlacedMessage& message, Diagnostic::Severity severity);
 
     /// What has been reported: the messages of one file together in the order of its lines; files
     /// as they were loaded, then others as they came up.
@@ -62,17 +64,18 @@ public:
     Effects::MgrEffects& GetManager() { return *_pManager; }
     OpenKL::IContext& GetContext() { return *_pContext; }
     const SourceAssets& GetAssets() const { return _assets; }
+    MessagePlacer& GetPlacer() { return *_pPlacer; }
 
 private:
     class Sink;
 
-    Diagnostic _Place(const Message& message, const PlaceOf& placeOf);
+    Diagnostic _Place(const Message& message, const Context& context);
     bool _PlaceOfParser(const Message& message, Diagnostic& diagnostic);
     bool _PlaceOfPreprocessor(const Message& message, Diagnostic& diagnostic);
+    Diagnostic _MakeDiagnostic(const PlacedMessage& message, Diagnostic::Severity severity) const;
     void _SetPlace(const FilePlace& place, Diagnostic& diagnostic) const;
     void _AddNote(const FilePlace& place, const std::string& text, Diagnostic& diagnostic) const;
     void _Add(Diagnostic diagnostic);
-    std::string _FindFile(const std::string& name, const std::string& likely) const;
     std::string _NameOf(const std::string& path) const;
 
     SourceAssets _assets;
@@ -82,7 +85,10 @@ private:
     IMgrConsole* _pConsoleBefore;          ///< borrowed
     OpenKL::IContext* _pContext = nullptr; ///< owned, given back to DestroyContext
     std::unique_ptr<Effects::MgrEffects> _pManager;
+    ClientNames _names;
     std::unique_ptr<Preprocessor> _pPreprocessor;
+    std::unique_ptr<SourceIndex> _pIndex;
+    std::unique_ptr<MessagePlacer> _pPlacer;
     /// What is to come from the parser, by the full paths of libraries.
     std::map<std::string, std::deque<ParserError>> _parserErrors;
     std::map<std::string, std::string> _files; ///< full paths with the names that they came by

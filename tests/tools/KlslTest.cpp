@@ -121,11 +121,15 @@ TEST(Klsl, Check_LoadsEveryClass) {
                              "class D { }\n");
     const Ended run = Check("a.klsl");
     EXPECT_THAT(run.errors,
-                StartsWith("a.klsl:2: error: Class \"A\" is missing implementation of method "
+                StartsWith("a.klsl:2:7: error: Class \"A\" is missing implementation of method "
                            "\"f\" from interface \"I\"\n"
-                           "class A : I { }\n"));
-    EXPECT_THAT(run.errors, HasSubstr("a.klsl:3: error: Failed to find interface None"));
-    EXPECT_THAT(run.errors, HasSubstr("class B : None { }\n"));
+                           "class A : I { }\n"
+                           "      ^\n"
+                           "a.klsl:1:21: note: 'f' is declared here\n"
+                           "interface I { float f(); }\n"
+                           "                    ^\n"));
+    EXPECT_THAT(run.errors, HasSubstr("a.klsl:3:11: error: Failed to find interface None"));
+    EXPECT_THAT(run.errors, HasSubstr("class B : None { }\n          ^~~~\n"));
     EXPECT_THAT(run.errors, Not(HasSubstr("class D")));
     EXPECT_EQ(run.status, 1);
 }
@@ -133,7 +137,7 @@ TEST(Klsl, Check_LoadsEveryClass) {
 TEST(Klsl, Check_EvaluatesDefaults) {
     WriteTemporary("a.klsl", "class A {\n    input float x = float(a + 1);\n}\n");
     const Ended run = Check("a.klsl");
-    EXPECT_THAT(run.errors, StartsWith("a.klsl:2: error: x: Initializer: Unsupported Initializer"));
+    EXPECT_THAT(run.errors, StartsWith("a.klsl:2:17: error: x: Initializer: Unsupported Initializer"));
     EXPECT_THAT(run.errors, HasSubstr("\n    input float x = float(a + 1);\n"));
     EXPECT_EQ(run.status, 1);
 }
@@ -177,7 +181,7 @@ TEST(Klsl, Check_GoesOnBehindABadFile) {
     WriteTemporary("b.klsl", "class B : None {}\n");
     const Ended run = RunKlsl({"check", "a.klsl", "b.klsl"});
     EXPECT_THAT(run.errors, HasSubstr("a.klsl:1:7: error: Syntax Error."));
-    EXPECT_THAT(run.errors, HasSubstr("b.klsl:1: error: Failed to find interface None"));
+    EXPECT_THAT(run.errors, HasSubstr("b.klsl:1:11: error: Failed to find interface None"));
 }
 
 // ---- print
@@ -241,8 +245,8 @@ TEST(Klsl, Print_TwiceTheSame_GivesTheSameText) {
 TEST(Klsl, Print_OfCodeThatDoesNotCompile_ShowsThePlaceInTheSource) {
     WriteTemporary("a.klsl", "class Bad {\n    void Shade() { none = 1; }\n}\n");
     const Ended run = Print("a.klsl", "Bad", "surface");
-    EXPECT_THAT(run.errors, StartsWith("a.klsl:2: error: "));
-    EXPECT_THAT(run.errors, HasSubstr("\n    void Shade() { none = 1; }\n"));
+    EXPECT_THAT(run.errors, StartsWith("a.klsl:2:20: error: 'none' is not declared\n"));
+    EXPECT_THAT(run.errors, HasSubstr("\n    void Shade() { none = 1; }\n                   ^~~~\n"));
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(Print("a.klsl", "Bad", "surface").output, HasSubstr("none = 1"));
 }

@@ -76,7 +76,7 @@ BodyChecker::BodyChecker(Session& session, const std::vector<Library*>& librarie
         _fileNames.insert(Path(library->GetName()).GetFileName());
         for (const ClassDefinition* definition : library->GetModule()->GetClassDefinitions()) {
             for (const auto& [name, coord] : definition->GetCoords()) {
-                _coords.insert(name->GetString());
+                _coords.insert(name);
             }
         }
     }

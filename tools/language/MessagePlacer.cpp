@@ -416,6 +416,15 @@ std::size_t MessagePlacer::_PlaceWord(const Names& names, const TokenRegion& reg
     return FindOnly(region, names[0], [](std::size_t) { return true; });
 }
 
+IndexedSymbol MessagePlacer::FindUnusable(const Message& message) {
+    static const std::regex kUnusable("^Class \"(\\w+)\" cannot be found|"
+                                      "^Could not create shader named \"(\\w+)\"");
+    std::smatch match;
+    return std::regex_search(message.text, match, kUnusable)
+               ? _index.FindContainer(match[1].matched ? match[1] : match[2])
+               : IndexedSymbol{};
+}
+
 std::vector<PlacedMessage> MessagePlacer::FindLostVariables(const std::string& path) {
     std::vector<PlacedMessage> lost;
     const auto look = [&](const IndexedSource& source, const Symbol& function) {

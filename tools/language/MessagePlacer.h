@@ -39,6 +39,10 @@ public:
     /// @return nothing when the message has no place in a library that is known
     std::optional<PlacedMessage> Place(const Message& message, const Context& context);
 
+    /// The class of which a message only tells that it can't be used; others may have told why.
+    /// @return nothing for other messages
+    IndexedSymbol FindUnusable(const Message& message);
+
     /// Local variables that the library leaves out without a word, since their types are no types
     /// of values. Most of these were meant to be something else.
     std::vector<PlacedMessage> FindLostVariables(const std::string& path);

@@ -142,7 +142,9 @@ std::vector<Message> Session::TakeMessages(Result& result, std::vector<Message>*
 
 void Session::Add(const std::vector<Message>& messages, const Context& context) {
     for (const Message& message : messages) {
-        _Add(_Place(message, context));
+        if (!_HasErrorIn(_pPlacer->FindUnusable(message))) {
+            _Add(_Place(message, context));
+        }
     }
 }
 
@@ -214,6 +216,21 @@ bool Session::_PlaceOfPreprocessor(const Message& message, Diagnostic& diagnosti
         _AddNote(remark.before, "the definition before is here", diagnostic);
     }
     return true;
+}
+
+bool Session::_HasErrorIn(const IndexedSymbol& symbol) const {
+    if (symbol.pSymbol == nullptr) {
+        return false;
+    }
+    const PreprocessedText& text = *symbol.pSource->pText;
+    const SourceRange& range = symbol.pSymbol->range;
+    const FilePlace first = text.Find({range.begin, range.begin});
+    const FilePlace last = text.Find({range.end - 1, range.end});
+    return std::any_of(_diagnostics.begin(), _diagnostics.end(), [&](const Diagnostic& diagnostic) {
+        return diagnostic.severity == Diagnostic::kSeverity_Error &&
+               diagnostic.file == _NameOf(first.file) && diagnostic.line >= first.line &&
+               diagnostic.line <= last.line;
+    });
 }
 
 void Session::_SetPlace(const FilePlace& place, Diagnostic& diagnostic) const {

@@ -73,6 +73,7 @@ private:
     bool _PlaceOfParser(const Message& message, Diagnostic& diagnostic);
     bool _PlaceOfPreprocessor(const Message& message, Diagnostic& diagnostic);
     Diagnostic _MakeDiagnostic(const PlacedMessage& message, Diagnostic::Severity severity) const;
+    bool _HasErrorIn(const IndexedSymbol& symbol) const;
     void _SetPlace(const FilePlace& place, Diagnostic& diagnostic) const;
     void _AddNote(const FilePlace& place, const std::string& text, Diagnostic& diagnostic) const;
     void _Add(Diagnostic diagnostic);

@@ -73,6 +73,7 @@ inline std::vector<double> ReadElement(const JsonNode& node, Effects::TypeSpecif
     if (type == Effects::kType_Mat4 && IsTransform(node)) {
         const Matrix44f matrix = ReadTransform(node);
         std::vector<double> numbers;
+        numbers.reserve(16);
         for (int i = 0; i < 16; ++i) {
             numbers.push_back(static_cast<double>(matrix(i / 4, i % 4)));
         }

@@ -32,6 +32,7 @@ std::pair<std::string, std::string> _Cut(const std::string& path) {
 template <class T>
 std::vector<std::string> _GetKeys(const std::map<std::string, T>& map) {
     std::vector<std::string> keys;
+    keys.reserve(map.size());
     for (const auto& [key, value] : map) {
         keys.push_back(key);
     }

@@ -146,6 +146,7 @@ void _Write(const std::string& file, const SceneDescription& description,
         }
     }
     std::vector<std::pair<std::string, const Image*>> named;
+    named.reserve(images.size());
     for (const auto& [name, image] : images) {
         named.emplace_back(name, &image);
     }

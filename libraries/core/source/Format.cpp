@@ -2,7 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <locale.h>
+#include <locale.h> // NOLINT(modernize-deprecated-headers): newlocale is of POSIX
 
 namespace Tolen {
 

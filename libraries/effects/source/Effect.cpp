@@ -483,6 +483,7 @@ template <class PolicyVertex, class PolicyCompiler>
 bool Effect<PolicyVertex, PolicyCompiler>::_LinkWithForeign(Result* result) {
     std::set<IKLShader*> foreign;
     bool good = true;
+    // cppcheck-suppress nullPointerRedundantCheck ; only compiling, below, may end the graph
     for (Graph* graph : _pGraph->GetGraphsForeign()) {
         good = good && _pKLProgram->AddShader(graph->GetKLShader());
         foreign.insert(graph->GetKLShader());

@@ -325,7 +325,9 @@ bool Graph::AcquireOutput(TypeSpecifier type, const std::string& name) {
 
 bool Graph::ReleaseOutput(const std::string& name) {
     _Invalidate();
-    // Both counts go down even when a listener of the first one says false.
+    // Both counts go down even when a listener of the first one says false. The name may be the
+    // entry's, which goes.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const std::string released = name;
     const bool graph = _outputs.ReleaseOutput(released);
     const bool manager = _pMgrEffects->ReleaseOutput(released);

@@ -151,6 +151,7 @@ void MgrEffectsImpl::AddResultMessage(const char* format, ...) {
 
 IMgrConsole& MgrEffectsImpl::_Console() const {
     static SilentConsole silent;
+    // cppcheck-suppress returnTempReference ; both live on
     return _pConsole == nullptr ? silent : *_pConsole;
 }
 
@@ -267,6 +268,7 @@ bool MgrEffectsImpl::_VisitVariables(const std::vector<Variable>& variables, Vis
     bool all = true;
     // By index, and with a copy: a visitor may add variables.
     for (std::size_t i = 0, count = variables.size(); i < count; ++i) {
+        // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
         const Variable variable = variables[i];
         all = visit(variable.type, variable.name) && all;
     }

@@ -46,6 +46,7 @@ bool MgrOutputs::ReleaseOutput(const std::string& name) {
         return true;
     }
     // The caller's name may be the key of the entry that goes.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const std::string removed = name;
     _outputs.erase(found);
     return _listenersRemoveOutput.Fire(removed);

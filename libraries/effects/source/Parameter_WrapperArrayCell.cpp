@@ -69,6 +69,7 @@ bool Parameter_WrapperArrayCell::GetAsString(std::string& out) const {
 
 #define TOLEN_REFUSE(answer, name, parameters, arguments, qualifier)                               \
     answer Parameter_WrapperArrayCell::name parameters qualifier {                                 \
+        /* NOLINTNEXTLINE(bugprone-parent-virtual-call): it is IParameter itself that refuses */   \
         return IParameter::name arguments;                                                         \
     }
 #define TOLEN_SHOW_CELL(answer, name, parameters, arguments, qualifier)                            \

@@ -271,6 +271,7 @@ bool PrototypeShader::_InitParameterInterfaceArray(const VariableDeclaration* va
 void PrototypeShader::_EnterInput(const VariableDeclaration* variable,
                                   std::unique_ptr<ParameterInterface> input) {
     GetMgrEffects()->GetImplementation()->NoteInputOfClass();
+    // cppcheck-suppress danglingLifetime ; the table takes what the list points to
     _inputs.push_back(input.get());
     _parameters[variable->GetIdentifier()->GetString()] = std::move(input);
 }

@@ -183,6 +183,7 @@ public:
              node = AsExactly<BinaryOperator>(node->GetLeft())) {
             reached = &links.emplace_back(node, reached, &BinaryOperator::SetLeft).slot;
         }
+        // cppcheck-suppress containerOutOfBounds ; there is one for the first node at least
         auto& last = links.back();
         if (Expression* left = last.node->GetLeft();
             left != nullptr &&
@@ -218,6 +219,7 @@ public:
             }
             reached = &links.emplace_back(node, reached, &SelectionStatement::SetElse).slot;
         }
+        // cppcheck-suppress containerOutOfBounds ; there is one for the first node at least
         auto& last = links.back();
         if (Statement* otherwise = last.node->GetElse();
             otherwise != nullptr &&

@@ -15,7 +15,9 @@ namespace {
 
 constexpr const char* kFence = "```";
 
-bool _IsFence(const std::string& line) { return line.rfind(kFence, 0) == 0; }
+bool _IsFence(const std::string& line) {
+    return line.rfind(kFence, 0) == 0;
+}
 
 std::string _ReadDocument(const std::string& document) {
     return ReadText(SourceFolder() + "/" + document);
@@ -35,6 +37,8 @@ std::string CodeBlock::GetMark(const std::string& mark, const std::string& other
     }
     return otherwise;
 }
+
+void PrintTo(const CodeBlock& block, std::ostream* stream) { *stream << block.GetPlace(); }
 
 std::string ReadText(const std::string& path) {
     std::ifstream stream(path, std::ios::binary);
@@ -96,18 +100,24 @@ std::vector<std::string> ReadLinks(const std::string& document) {
 }
 
 std::vector<std::string> ListDocuments() {
-    std::vector<std::string> documents = {"README.md"};
+    std::vector<std::string> documents;
     const std::filesystem::path folder = SourceFolder();
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder / "docs")) {
-        if (entry.path().extension() == ".md") {
-            documents.push_back(entry.path().lexically_relative(folder).generic_string());
+    std::filesystem::recursive_directory_iterator entry(folder), end;
+    for (; entry != end; ++entry) {
+        const std::string name = entry->path().filename().string();
+        if (entry->is_directory() && (name.rfind(".", 0) == 0 || name.rfind("build", 0) == 0)) {
+            entry.disable_recursion_pending();
+        } else if (entry->path().extension() == ".md") {
+            documents.push_back(entry->path().lexically_relative(folder).generic_string());
         }
     }
     std::sort(documents.begin(), documents.end());
     return documents;
 }
 
-bool IsGuide(const std::string& document) { return document.rfind("docs/guides/", 0) == 0; }
+bool IsGuide(const std::string& document) {
+    return document.rfind("docs/guides/", 0) == 0;
+}
 
 std::string NameOf(const CodeBlock& block) {
     std::string name;

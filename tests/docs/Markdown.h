@@ -1,5 +1,6 @@
 #pragma once
 
+#include <iosfwd>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,9 @@ struct CodeBlock {
     std::string GetPlace() const { return document + ":" + std::to_string(line); }
 };
 
+/// Names a block in messages of parameterised tests.
+void PrintTo(const CodeBlock& block, std::ostream* stream);
+
 /// @return an empty text when the file can't be read
 std::string ReadText(const std::string& path);
 
@@ -30,7 +34,8 @@ std::vector<CodeBlock> ReadCodeBlocks(const std::string& document);
 /// The targets of the document's links and pictures, as they are written. Code is passed over.
 std::vector<std::string> ReadLinks(const std::string& document);
 
-/// The documents of the project: README.md and all of docs/, in the order of their names.
+/// The documents of the project: all its Markdown files but those in hidden and build folders, in
+/// the order of their names.
 std::vector<std::string> ListDocuments();
 
 /// Whether a document is one of those in docs/guides, whose C++ is one program from top to end.

@@ -1,4 +1,4 @@
-// The main function of documents: runs the programs of one page, with all that they print, also on
+// The main function of documents: runs the program of one page, with all that they print, also on
 // consoles, in the order in which it comes.
 //
 // usage: PROGRAM PAGE
@@ -15,15 +15,15 @@ namespace Tolen::Tests {
 
 namespace {
 
-std::map<std::string, std::vector<Page::Program>>& _Pages() {
-    static std::map<std::string, std::vector<Page::Program>> pages;
+std::map<std::string, Page::Program>& _Pages() {
+    static std::map<std::string, Page::Program> pages;
     return pages;
 }
 
 } // namespace
 
-Page::Page(const std::string& name, const std::vector<Program>& programs) {
-    _Pages()[name] = programs;
+Page::Page(const std::string& name, Program program) {
+    _Pages()[name] = program;
 }
 
 bool Page::Run(const std::string& name) {
@@ -31,9 +31,7 @@ bool Page::Run(const std::string& name) {
     if (found == _Pages().end()) {
         return false;
     }
-    for (const Program program : found->second) {
-        program();
-    }
+    found->second();
     return true;
 }
 

@@ -1,21 +1,19 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 namespace Tolen::Tests {
 
-/// The programs that a document's C++ makes. Each source that page-source writes has one of these,
-/// by which the main function finds them.
+/// The program that a document's C++ makes. Each source that page-source writes has one of these,
+/// by which the main function finds it.
 class Page {
 public:
     using Program = void (*)();
 
-    /// @param name     that of the document, without its folder and ending
-    /// @param programs in the document's order
-    Page(const std::string& name, const std::vector<Program>& programs);
+    /// @param name that of the document, without its folder and ending
+    Page(const std::string& name, Program program);
 
-    /// Runs the programs of a page. @return false when there is no such page
+    /// Runs the program of a page. @return false when there is no such page
     static bool Run(const std::string& name);
 };
 

@@ -1,6 +1,7 @@
-// Writes a source with all C++ that a document shows, for the compiler to try.
+// Takes the C++ that a document shows out of it, for the compiler to try.
 //
 // usage: page-source FRAME PAGE > SOURCE
+//        page-source --project PAGE FOLDER
 //
 // FRAME is the program that the page's blocks stand in: a source, or a document that shows it in a
 // block marked "frame". PAGE is a document. Both are relative to the source folder. Marks of the
@@ -11,12 +12,13 @@
 // | none       | is run behind those above it, in one function                                  |
 // | file-scope | stands ahead of the function                                                   |
 // | include    | stands at the top, with the frame's own includes                               |
-// | new        | begins a new program, in a fresh frame; a second mark says where it stands     |
 // | frame      | is the frame                                                                   |
 //
-// KLSL marked "file=NAME" is saved under that name, where it stands among the statements.
+// KLSL marked "file=NAME" is saved under that name, where it stands among the statements. Compilers
+// name the document's lines in their messages.
 //
-// Compilers name the document's lines in their messages.
+// The second form writes what a reader has who follows a page that shows its frame: its CMake code,
+// its files, and the program itself.
 
 #include "docs/Markdown.h"
 
@@ -24,6 +26,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <sstream>
 
@@ -41,23 +44,29 @@ struct Frame {
     std::size_t countIncludes = 0; ///< the lines up to the last #include
 };
 
-struct Program {
+struct PageBlocks {
+    std::vector<CodeBlock> includes;
     std::vector<CodeBlock> scope;
     std::vector<CodeBlock> body;
 };
 
+bool _IsFile(const CodeBlock& block) {
+    return block.language == "klsl" && !block.GetMark("file").empty();
+}
+
 Frame _ReadFrame(const std::string& document) {
     Frame frame;
     frame.document = document;
-    std::string text = ReadText(SourceFolder() + "/" + document);
+    std::string text;
     if (std::filesystem::path(document).extension() == ".md") {
-        text.clear();
         for (const CodeBlock& block : ReadCodeBlocks(document)) {
             if (block.HasMark("frame")) {
                 text = block.text;
                 frame.line = block.line + 1;
             }
         }
+    } else {
+        text = ReadText(SourceFolder() + "/" + document);
     }
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);) {
@@ -69,106 +78,156 @@ Frame _ReadFrame(const std::string& document) {
     return frame;
 }
 
-void _WriteLine(int line, const std::string& document) {
-    std::cout << "#line " << line << " \"" << document << "\"\n";
-}
-
-void _WriteBlock(const CodeBlock& block) {
-    _WriteLine(block.line + 1, block.document);
-    std::cout << block.text;
-}
-
-void _WriteStatements(const CodeBlock& block) {
-    if (block.language == "klsl") {
-        std::cout << "Tolen::Tests::SaveFile(\"" << block.GetMark("file") << "\", R\"klsl("
-                  << block.text << ")klsl\");\n";
-    } else {
-        _WriteBlock(block);
-        std::cout << "Tolen::Tests::EndOfBlock(" << block.line << ");\n";
-    }
-}
-
-/// The frame from its line @p first on, with the program's blocks in it.
-void _WriteProgram(const Frame& frame, std::size_t first, const Program& program) {
-    const auto goOn = [&](std::size_t i) {
-        _WriteLine(frame.line + static_cast<int>(i), frame.document);
-    };
-    goOn(first);
-    for (std::size_t i = first; i < frame.lines.size(); ++i) {
-        std::string line = frame.lines[i];
-        const std::size_t blanks = line.find_first_not_of(' ');
-        const std::string code = blanks == std::string::npos ? "" : line.substr(blanks);
-        if (code == kScope) {
-            for (const CodeBlock& block : program.scope) {
-                _WriteBlock(block);
-            }
-            goOn(i + 1);
-        } else if (code == kBody) {
-            for (const CodeBlock& block : program.body) {
-                _WriteStatements(block);
-            }
-            goOn(i + 1);
-        } else {
-            const std::size_t main = line.find(kMain);
-            if (main != std::string::npos) {
-                line.replace(main, std::string(kMain).size(), "void Run()");
-            }
-            std::cout << line << "\n";
-        }
-    }
-}
-
-void _WritePage(const Frame& frame, const std::string& page) {
-    std::vector<CodeBlock> includes;
-    std::vector<Program> programs(1);
+PageBlocks _ReadPage(const std::string& page) {
+    PageBlocks blocks;
     for (const CodeBlock& block : ReadCodeBlocks(page)) {
-        const bool isFile = block.language == "klsl" && !block.GetMark("file").empty();
-        if ((block.language != "cpp" && !isFile) || block.HasMark("frame")) {
+        if ((block.language != "cpp" && !_IsFile(block)) || block.HasMark("frame")) {
             continue;
         }
         if (block.HasMark("include")) {
-            includes.push_back(block);
-            continue;
+            blocks.includes.push_back(block);
+        } else {
+            (block.HasMark("file-scope") ? blocks.scope : blocks.body).push_back(block);
         }
-        if (block.HasMark("new")) {
-            programs.emplace_back();
+    }
+    return blocks;
+}
+
+/// How blocks get into a frame: as a program of its own, or for Page.h.
+class PageWriter {
+public:
+    explicit PageWriter(std::ostream& stream) : _stream(stream) {}
+    virtual ~PageWriter() = default;
+    PageWriter(const PageWriter&) = delete;
+    PageWriter& operator=(const PageWriter&) = delete;
+
+    void WriteIncludes(const Frame& frame, const PageBlocks& blocks) {
+        _WriteLine(frame.line, frame.document);
+        for (std::size_t i = 0; i < frame.countIncludes; ++i) {
+            _stream << frame.lines[i] << "\n";
         }
-        Program& program = programs.back();
-        (block.HasMark("file-scope") ? program.scope : program.body).push_back(block);
+        for (const CodeBlock& block : blocks.includes) {
+            _WriteBlock(block);
+        }
     }
 
-    std::cout << "#include \"docs/programs/Page.h\"\n";
-    _WriteLine(frame.line, frame.document);
-    for (std::size_t i = 0; i < frame.countIncludes; ++i) {
-        std::cout << frame.lines[i] << "\n";
-    }
-    for (const CodeBlock& block : includes) {
-        _WriteBlock(block);
-    }
-    const std::string name = std::filesystem::path(page).stem().string();
-    std::string list;
-    for (std::size_t i = 0; i < programs.size(); ++i) {
-        if (programs[i].scope.empty() && programs[i].body.empty()) {
-            continue; // the page begins with a block marked "new"
+    void WriteProgram(const Frame& frame, const PageBlocks& blocks) {
+        _GoOn(frame, frame.countIncludes);
+        for (std::size_t i = frame.countIncludes; i < frame.lines.size(); ++i) {
+            const std::string& line = frame.lines[i];
+            const std::size_t blanks = line.find_first_not_of(' ');
+            const std::string code = blanks == std::string::npos ? "" : line.substr(blanks);
+            if (code == kScope) {
+                for (const CodeBlock& block : blocks.scope) {
+                    _WriteBlock(block);
+                }
+                _GoOn(frame, i + 1);
+            } else if (code == kBody) {
+                for (const CodeBlock& block : blocks.body) {
+                    _WriteStatements(block);
+                }
+                _GoOn(frame, i + 1);
+            } else {
+                _WriteFrameLine(line);
+            }
         }
-        // A namespace for each, since pages may use the same names.
-        std::string space = "page_" + name + "_" + std::to_string(i);
-        std::replace(space.begin(), space.end(), '-', '_');
-        std::cout << "namespace " << space << " {\n";
-        _WriteProgram(frame, frame.countIncludes, programs[i]);
-        std::cout << "} // namespace " << space << "\n";
-        list += (list.empty() ? "" : ", ") + ("&" + space + "::Run");
     }
-    std::cout << "static const Tolen::Tests::Page kPage(\"" << name << "\", {" << list << "});\n";
+
+protected:
+    virtual void _WriteLine(int, const std::string&) {}
+    virtual void _WriteFrameLine(const std::string& line) { _stream << line << "\n"; }
+    virtual void _WriteStatements(const CodeBlock& block) {
+        if (!_IsFile(block)) {
+            _WriteBlock(block);
+        }
+    }
+
+    void _WriteBlock(const CodeBlock& block) {
+        _WriteLine(block.line + 1, block.document);
+        _stream << block.text;
+    }
+
+    std::ostream& _stream;
+
+private:
+    void _GoOn(const Frame& frame, std::size_t i) {
+        _WriteLine(frame.line + static_cast<int>(i), frame.document);
+    }
+};
+
+class TestedPageWriter final : public PageWriter {
+public:
+    using PageWriter::PageWriter;
+
+    void Write(const Frame& frame, const std::string& page) {
+        const PageBlocks blocks = _ReadPage(page);
+        const std::string name = std::filesystem::path(page).stem().string();
+        // A namespace for each, since pages may use the same names.
+        std::string space = "page_" + name;
+        std::replace(space.begin(), space.end(), '-', '_');
+        _stream << "#include \"docs/programs/Page.h\"\n";
+        WriteIncludes(frame, blocks);
+        _stream << "namespace " << space << " {\n";
+        WriteProgram(frame, blocks);
+        _stream << "} // namespace " << space << "\n"
+                << "static const Tolen::Tests::Page kPage(\"" << name << "\", &" << space
+                << "::Run);\n";
+    }
+
+private:
+    void _WriteLine(int line, const std::string& document) override {
+        _stream << "#line " << line << " \"" << document << "\"\n";
+    }
+
+    void _WriteFrameLine(const std::string& line) override {
+        std::string written = line;
+        const std::size_t main = line.find(kMain);
+        if (main != std::string::npos) {
+            written.replace(main, std::string(kMain).size(), "void Run()");
+        }
+        _stream << written << "\n";
+    }
+
+    void _WriteStatements(const CodeBlock& block) override {
+        if (_IsFile(block)) {
+            _stream << "Tolen::Tests::SaveFile(\"" << block.GetMark("file") << "\", R\"klsl("
+                    << block.text << ")klsl\");\n";
+        } else {
+            _WriteBlock(block);
+            _stream << "Tolen::Tests::EndOfBlock(" << block.line << ");\n";
+        }
+    }
+};
+
+void _WriteProject(const std::string& page, const std::filesystem::path& folder) {
+    std::filesystem::create_directories(folder);
+    std::ofstream build(folder / "CMakeLists.txt");
+    for (const CodeBlock& block : ReadCodeBlocks(page)) {
+        if (block.language == "cmake") {
+            build << block.text;
+        } else if (_IsFile(block)) {
+            std::ofstream(folder / block.GetMark("file")) << block.text;
+        }
+    }
+    std::ofstream stream(folder / "renderer.cpp");
+    PageWriter writer(stream);
+    const Frame frame = _ReadFrame(page);
+    const PageBlocks blocks = _ReadPage(page);
+    writer.WriteIncludes(frame, blocks);
+    writer.WriteProgram(frame, blocks);
 }
 
 } // namespace
 } // namespace Tolen::Tests
 
 int main(int count, char** arguments) {
-    if (count != 3) {
-        std::cerr << "usage: page-source FRAME PAGE\n";
+    if (count == 4 && std::string(arguments[1]) == "--project") {
+        Tolen::Tests::_WriteProject(arguments[2], arguments[3]);
+    } else if (count == 3) {
+        Tolen::Tests::TestedPageWriter(std::cout).Write(Tolen::Tests::_ReadFrame(arguments[1]),
+                                                        arguments[2]);
+    } else {
+        std::cerr << "usage: page-source FRAME PAGE | page-source --project PAGE FOLDER\n";
         return 1;
     }
-    Tolen::Tests::_WritePage(Tolen::Tests::_ReadFrame(arguments[1]), arguments[2]);
 }

@@ -118,6 +118,8 @@ INSTANTIATE_TEST_SUITE_P(
              {"w", "a", "xyzw", "length"}},
         Case{"VectorOfIntegers", "float f() { ivec2 v; v.@", {"x", "y", "xy"}, {"z"}},
         Case{"VectorInAnArray", "float f() { vec2 v[2]; v[1].@", {"x", "y"}, {"z", "length"}},
+        Case{"BuiltInVector", "float f() { return kl_RayDirection.@", {"x", "z"}, {"w"}},
+        Case{"BuiltInNumber", "float f() { return kl_HitDistance.@", {}, {}},
         Case{"NumberHasNoMembers", "float f(float x) { return x.@", {}, {}},
         Case{"UnknownHasNoMembers", "float f() { return nothing.@", {}, {}},
         Case{"Digits", "float f() { return 1@", {}, {}},

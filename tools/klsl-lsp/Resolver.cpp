@@ -8,6 +8,7 @@
 
 namespace Tolen::LanguageServer {
 
+using Language::Builtin;
 using Language::SourceRange;
 using Language::SourceToken;
 using Language::Symbol;
@@ -23,8 +24,15 @@ bool IsLocal(const Symbol& symbol) {
     return symbol.kind == Symbol::kKind_Parameter || symbol.kind == Symbol::kKind_Local;
 }
 
+/// Whether @p type is one of vec2 to vec4, ivec2 to ivec4 and bvec2 to bvec4.
 bool IsVectorType(const std::string& type) {
-    return type.size() >= 4 && type.find("vec") != std::string::npos;
+    const std::size_t vec = type.find("vec");
+    const bool hasPrefix = vec == 0 || (vec == 1 && (type[0] == 'i' || type[0] == 'b'));
+    return hasPrefix && type.size() == vec + 4 && type.back() >= '2' && type.back() <= '4';
+}
+
+Receiver MakeVectorReceiver(const std::string& type) {
+    return IsVectorType(type) ? Receiver{Receiver::kKind_Vector, {}, type} : Receiver();
 }
 
 const Symbol* FindNamed(const std::vector<Symbol>& symbols, const SourceRange& name,
@@ -95,7 +103,7 @@ std::vector<Meaning> Resolver::_Resolve(const SourceRange& word,
     for (Declared& declared : found) {
         meanings.push_back({std::move(declared), nullptr});
     }
-    const Language::Builtin* const builtin = Language::FindBuiltin(name);
+    const Builtin* const builtin = Language::FindBuiltin(name);
     const std::size_t index = GetSource().FindTokenAfter(word.begin);
     const std::optional<std::size_t> before = GetSource().FindPrevious(index);
     const bool isMember =
@@ -157,8 +165,12 @@ Declared Resolver::_FindDeclaration(const SourceRange& name) const {
 
 const Symbol* Resolver::_FindClass(std::size_t offset) const {
     const std::vector<const Symbol*> around = GetSource().outline.FindAround(offset);
-    return !around.empty() && around.front()->kind == Symbol::kKind_Class ? around.front()
-                                                                          : nullptr;
+    return !around.empty() && around.front()->kind == Symbol::kKind_Class ? around.front() : nullptr;
+}
+
+bool Resolver::_IsInStaticMethod(std::size_t offset) const {
+    const std::vector<const Symbol*> around = GetSource().outline.FindAround(offset);
+    return !around.empty() && around.back()->isStatic;
 }
 
 Declared Resolver::_FindVariable(const std::string& name, std::size_t offset) const {
@@ -166,8 +178,13 @@ Declared Resolver::_FindVariable(const std::string& name, std::size_t offset) co
         return declared.pSymbol->name == name;
     };
     const Declared inClass{_library.GetSource(), _FindClass(offset), nullptr};
-    // Variables of the class come before locals: a local doesn't hide them.
-    const std::vector<Declared> variables = ListChildren(inClass, IsVariable);
+    // Variables of the class come before locals: a local doesn't hide them. Static methods see
+    // static ones alone.
+    const bool isStatic = _IsInStaticMethod(offset);
+    const std::vector<Declared> variables =
+        ListChildren(inClass, [isStatic](const Symbol& symbol) {
+            return IsVariable(symbol) && (symbol.isStatic || !isStatic);
+        });
     if (const auto found = std::find_if(variables.begin(), variables.end(), isNamed);
         found != variables.end()) {
         return *found;
@@ -225,32 +242,42 @@ Receiver Resolver::FindReceiver(std::size_t dot) const {
     if (before.has_value() && source.GetText(source.tokens[*before]) == ".") {
         return {};
     }
-    const SourceRange range = source.tokens[*index].range;
-    const std::string name(source.GetText(source.tokens[*index]));
-    const Declared variable = _FindVariable(name, range.begin);
-    if (variable.pSymbol == nullptr) {
-        const Language::Builtin* const builtin = Language::FindBuiltin(name);
-        if (builtin != nullptr && builtin->kind == Language::Builtin::kKind_Variable &&
-            !builtin->signatures.empty()) {
-            const std::string& signature = builtin->signatures.front();
-            return {Receiver::kKind_Vector, {}, signature.substr(0, signature.find(' '))};
-        }
-        const Declared type = isElement ? Declared() : _library.FindType(name);
-        return type.pSymbol == nullptr ? Receiver() : Receiver{Receiver::kKind_Class, type, {}};
+    const SourceToken& token = source.tokens[*index];
+    const std::string name(source.GetText(token));
+    const Declared variable = _FindVariable(name, token.range.begin);
+    if (variable.pSymbol != nullptr) {
+        return _MakeReceiver(*variable.pSymbol, isElement);
     }
-    const Symbol& symbol = *variable.pSymbol;
-    if (!symbol.brackets.empty() && !isElement) {
+    return isElement ? Receiver() : _MakeReceiver(name);
+}
+
+/// What a variable, or an element of it, is to a dot.
+Receiver Resolver::_MakeReceiver(const Symbol& variable, bool isElement) const {
+    const bool isArray = !variable.brackets.empty();
+    if (isArray && !isElement) {
         return {Receiver::kKind_Array, {}, {}};
     }
-    if (IsVectorType(symbol.type)) {
-        return {symbol.brackets.empty() == isElement ? Receiver::kKind_Unknown
-                                                     : Receiver::kKind_Vector,
-                {},
-                symbol.type};
-    }
     const Declared type =
-        symbol.kind == Symbol::kKind_Input ? _library.FindType(symbol.type) : Declared();
-    return type.pSymbol == nullptr ? Receiver() : Receiver{Receiver::kKind_Shader, type, {}};
+        variable.kind == Symbol::kKind_Input ? _library.FindType(variable.type) : Declared();
+    if (type.pSymbol != nullptr) {
+        return {Receiver::kKind_Shader, type, {}};
+    }
+    return isArray == isElement ? MakeVectorReceiver(variable.type) : Receiver();
+}
+
+/// What a name is to a dot that is no variable of the source.
+Receiver Resolver::_MakeReceiver(const std::string& name) const {
+    const Declared type = _library.FindType(name);
+    if (type.pSymbol != nullptr) {
+        return {Receiver::kKind_Class, type, {}};
+    }
+    const Builtin* const builtin = Language::FindBuiltin(name);
+    if (builtin == nullptr || builtin->kind != Builtin::kKind_Variable ||
+        builtin->signatures.empty()) {
+        return {};
+    }
+    const std::string& signature = builtin->signatures.front();
+    return MakeVectorReceiver(signature.substr(0, signature.find(' ')));
 }
 
 std::vector<Declared> Resolver::ListMethods(const Receiver& receiver) const {

@@ -60,6 +60,7 @@ private:
     Declared _FindDeclaration(const Language::SourceRange& name) const;
     /// The class around @p offset, if any.
     const Language::Symbol* _FindClass(std::size_t offset) const;
+    bool _IsInStaticMethod(std::size_t offset) const;
     Declared _FindVariable(const std::string& name, std::size_t offset) const;
     std::vector<Declared> _FindCalled(const std::string& name, std::size_t offset) const;
     /// @param count of the arguments, to choose by
@@ -69,6 +70,9 @@ private:
                                         const std::string& name) const;
     std::vector<Declared> _FindUnqualified(const std::string& name, std::size_t offset,
                                            bool isCalled) const;
+
+    Receiver _MakeReceiver(const Language::Symbol& variable, bool isElement) const;
+    Receiver _MakeReceiver(const std::string& name) const;
 
     Library _library;
 };

@@ -2,6 +2,7 @@
 
 #include "Call.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 

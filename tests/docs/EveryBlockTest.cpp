@@ -34,6 +34,8 @@ const std::vector<Tester> kTesters = {
     {"sh", "docs/scenes.md", "docs/SceneBlocksTest.cpp"},
     {"sh", "", "docs/CommandBlocksTest.cpp"},
     {"cmake", "", "docs/CommandBlocksTest.cpp"},
+    {"lua", "docs/editors.md", "language-server/EditorsDocumentTest.cpp"},
+    {"elisp", "docs/editors.md", "language-server/EditorsDocumentTest.cpp"},
 };
 
 bool _IsOf(const std::string& document, const Tester& tester) {

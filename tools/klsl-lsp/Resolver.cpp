@@ -165,7 +165,8 @@ Declared Resolver::_FindDeclaration(const SourceRange& name) const {
 
 const Symbol* Resolver::_FindClass(std::size_t offset) const {
     const std::vector<const Symbol*> around = GetSource().outline.FindAround(offset);
-    return !around.empty() && around.front()->kind == Symbol::kKind_Class ? around.front() : nullptr;
+    return !around.empty() && around.front()->kind == Symbol::kKind_Class ? around.front()
+                                                                          : nullptr;
 }
 
 bool Resolver::_IsInStaticMethod(std::size_t offset) const {
@@ -181,10 +182,9 @@ Declared Resolver::_FindVariable(const std::string& name, std::size_t offset) co
     // Variables of the class come before locals: a local doesn't hide them. Static methods see
     // static ones alone.
     const bool isStatic = _IsInStaticMethod(offset);
-    const std::vector<Declared> variables =
-        ListChildren(inClass, [isStatic](const Symbol& symbol) {
-            return IsVariable(symbol) && (symbol.isStatic || !isStatic);
-        });
+    const std::vector<Declared> variables = ListChildren(inClass, [isStatic](const Symbol& symbol) {
+        return IsVariable(symbol) && (symbol.isStatic || !isStatic);
+    });
     if (const auto found = std::find_if(variables.begin(), variables.end(), isNamed);
         found != variables.end()) {
         return *found;

@@ -48,7 +48,7 @@ TEST_P(ManualPage, ListsTheOptionsThatTheProgramHas) {
 
 INSTANTIATE_TEST_SUITE_P(Programs, ManualPage,
                          testing::Values(Program{"tolen-render", {}},
-                                         Program{"klsl", {"check", "print", "graph", "fmt"}},
+                                         Program{"klsl", {"check", "print", "graph", "fmt", "doc"}},
                                          Program{"klsl-lsp", {}}, Program{"tolen-stats", {}},
                                          Program{"ies2image", {}}),
                          [](const auto& information) {

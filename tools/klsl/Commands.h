@@ -10,5 +10,6 @@ int PrintClass(const Options& options);
 int PrintScene(const Options& options);
 int Graph(const Options& options);
 int FormatFiles(const Options& options);
+int Document(const Options& options);
 
 } // namespace Tolen::Klsl

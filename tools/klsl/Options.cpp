@@ -86,6 +86,12 @@ bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus)
     format->add_flag("--check", options.checksFormat,
                      "change nothing, but list the files that would change, and exit with 1 then");
 
+    CLI::App* const document =
+        app.add_subcommand("doc", "write a reference of libraries in Markdown");
+    document->add_option("files", options.files, "the libraries, in the order of the page")
+        ->required();
+    document->add_option("-o,--output", options.output, "the page");
+
     for (CLI::App* command : {check, print}) {
         AddVariables(*command, "--ray-attribute", options.names.rayAttributes,
                      "a variable that rays carry, such as 'float weight'");
@@ -105,7 +111,7 @@ bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus)
         if (print->parsed()) {
             CheckPrint(options, effect);
         }
-        if (!options.output.empty() && !IsDrawingFile(options.output)) {
+        if (graph->parsed() && !options.output.empty() && !IsDrawingFile(options.output)) {
             throw CLI::ValidationError("--output", "expected .svg, .png, .pdf or .dot, found '" +
                                                        options.output + "'");
         }
@@ -121,6 +127,7 @@ bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus)
     }
     options.command = graph->parsed()             ? Options::kCommand_Graph
                       : format->parsed()          ? Options::kCommand_Format
+                      : document->parsed()        ? Options::kCommand_Document
                       : check->parsed()           ? Options::kCommand_Check
                       : options.className.empty() ? Options::kCommand_PrintScene
                                                   : Options::kCommand_PrintClass;

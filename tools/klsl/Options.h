@@ -15,6 +15,7 @@ struct Options {
         kCommand_PrintScene,
         kCommand_Graph,
         kCommand_Format,
+        kCommand_Document,
     };
     enum Effect { kEffect_Surface, kEffect_Renderer, kEffect_Prefix };
 
@@ -25,7 +26,7 @@ struct Options {
     Language::ClientNames names;          ///< what the client adds to the language
     std::string className;                ///< to print: the class of the root
     Effect effect = kEffect_Surface;      ///< to print: what the class is the root of
-    std::string output;                   ///< of a graph: the file; empty for the standard output
+    std::string output;                   ///< of a graph or page; empty for the standard output
     bool checksFormat = false;            ///< to format: tell what would change, and change nothing
 };
 

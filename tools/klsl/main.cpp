@@ -22,6 +22,8 @@ int Run(const Options& options) {
         return Graph(options);
     case Options::kCommand_Format:
         return FormatFiles(options);
+    case Options::kCommand_Document:
+        return Document(options);
     }
     return 2;
 }

@@ -281,8 +281,7 @@ private:
     }
 
     std::string _LinkType(const Symbol& value) const {
-        const std::string link = _page.Link(value.type, MarkdownPage::Code(value.type));
-        return link + (value.brackets.empty() ? "" : MarkdownPage::Code(value.brackets));
+        return _page.Link(value.type, MarkdownPage::Code(value.type + value.brackets));
     }
 
     std::string _LinkDefault(const Symbol& value) const {

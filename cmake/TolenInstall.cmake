@@ -1,6 +1,6 @@
 # What `cmake --install` puts where: versioned libraries with their headers, a CMake package, files
-# for pkg-config, the shader libraries, examples and documents. Programs install themselves with
-# tolen_install_program.
+# for pkg-config, the shader libraries, files for editors, examples and documents. Programs install
+# themselves with tolen_install_program.
 
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
@@ -90,6 +90,8 @@ function(tolen_install_package)
     DESTINATION ${TOLEN_PACKAGE_FOLDER})
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/shaders DESTINATION ${TOLEN_SHARE_FOLDER}
     FILES_MATCHING PATTERN *.klsl)
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/editors DESTINATION ${TOLEN_SHARE_FOLDER}
+    FILES_MATCHING PATTERN *.json)
   # Beside the shaders, which the scenes find by ../../shaders.
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION ${TOLEN_SHARE_FOLDER}
     PATTERN examples/CMakeLists.txt EXCLUDE)

@@ -3,6 +3,8 @@
 #include "language/Corpus.h"
 #include "language/SourceToken.h"
 
+#include "docs/Markdown.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
@@ -181,6 +183,17 @@ TEST(Format, KeepsTheEndsOfLines) {
     EXPECT_EQ(Format("float\tf();\n\n\n"), "float f();\n");
     EXPECT_EQ(Format(""), "");
     EXPECT_EQ(Format(" \n\n"), "");
+}
+
+TEST(Format, OfTheExampleInTheDocument_IsTheExample) {
+    int count = 0;
+    for (const Tests::CodeBlock& block : Tests::ReadCodeBlocks("docs/klsl.md")) {
+        if (block.language == "klsl" && block.section == "Layout") {
+            ++count;
+            EXPECT_EQ(Format(block.text), block.text);
+        }
+    }
+    EXPECT_EQ(count, 1);
 }
 
 TEST(Format, OfEverySource_IsSound) {

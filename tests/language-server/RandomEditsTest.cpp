@@ -15,7 +15,7 @@
 
 /// Documents that somebody tears apart, with requests in between: each is answered, and what is
 /// answered lies in the document. TOLEN_RANDOM_EDITS in the environment is how many edits each
-/// document gets.
+/// document gets; --gtest_shuffle with --gtest_random_seed makes other ones.
 
 namespace Tolen::Tests {
 namespace {
@@ -163,7 +163,8 @@ TEST(RandomEdits, AreAnsweredWithPlacesInTheDocument) {
         {{"general", {{"positionEncodings", {"utf-8"}}}},
          {"textDocument", {{"documentSymbol", {{"hierarchicalDocumentSymbolSupport", true}}}}}},
         folder);
-    std::mt19937 random(17);
+    std::mt19937 random(17 +
+                        static_cast<unsigned>(testing::UnitTest::GetInstance()->random_seed()));
     for (const std::string file : {"patterns.klsl", "interfaces.klsl", "integrators.klsl"}) {
         Editor editor(client, UriOf(folder + "/" + file), ReadFile(folder + "/" + file));
         for (int count = CountEdits(); count > 0 && !testing::Test::HasFailure(); --count) {

@@ -44,9 +44,10 @@ public:
         for (int i = 0; i < 32; ++i) {
             IPrimitive* const primitive = _MakePrimitive(surface);
             SetMesh(*primitive, sphere);
+            const int row = i / 8;
             Matrix44f matrix;
             matrix(0, 3) = static_cast<float>(i % 8) - 3.5f;
-            matrix(1, 3) = static_cast<float>(i / 8) - 1.5f;
+            matrix(1, 3) = static_cast<float>(row) - 1.5f;
             primitive->SetTransform(matrix);
         }
         IPrimitive* const floor = _MakePrimitive(surface);

@@ -97,7 +97,7 @@ TEST_F(AssetsTest, AFileBeyondTheLimit_IsRefusedUnread) {
 }
 
 TEST_F(AssetsTest, AnEmptyFile_HasAnEmptyText) {
-    std::ofstream(_folder / "empty.ksl");
+    const std::ofstream created(_folder / "empty.ksl");
     EXPECT_EQ(_Read(_Path("empty.ksl")), "");
 }
 

@@ -393,9 +393,7 @@ T MakeValue(int n) {
         return n != 0;
     } else if constexpr (std::is_same_v<T, KLtexture>) {
         return reinterpret_cast<KLtexture>(static_cast<std::uintptr_t>(n * 16));
-    } else if constexpr (std::is_arithmetic_v<T>) {
-        return static_cast<T>(n);
-    } else if constexpr (std::is_enum_v<T>) {
+    } else if constexpr (std::is_arithmetic_v<T> || std::is_enum_v<T>) {
         return static_cast<T>(n);
     } else {
         T value;

@@ -16,7 +16,7 @@ constexpr std::size_t kLimitInclusions = 256;
 } // namespace
 
 Library::Library(const Workspace& workspace, const std::vector<SourcePtr>& sources,
-                 SourcePtr pSource) {
+                 const SourcePtr& pSource) {
     _AddWithInclusions(workspace, pSource);
     _ownCount = _sources.size();
     std::set<std::string> known;

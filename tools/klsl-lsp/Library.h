@@ -25,7 +25,8 @@ class Library {
 public:
     using Predicate = std::function<bool(const Language::Symbol& symbol)>;
 
-    Library(const Workspace& workspace, const std::vector<SourcePtr>& sources, SourcePtr pSource);
+    Library(const Workspace& workspace, const std::vector<SourcePtr>& sources,
+            const SourcePtr& pSource);
 
     const SourcePtr& GetSource() const { return _sources.front(); }
 

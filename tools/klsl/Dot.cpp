@@ -66,6 +66,7 @@ void WriteAll(int descriptor, const std::string& text) {
 /// @return its exit status, or -1 behind a signal; -errno - 1 when it can't be started
 int RunWithInput(const std::vector<std::string>& command, const std::string& input) {
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (const std::string& argument : command) {
         arguments.push_back(const_cast<char*>(argument.c_str()));
     }

@@ -209,7 +209,7 @@ private:
     // What variables hold.
 
     void _SetKnown(std::uint32_t variable, ValueId value) {
-        _changes.push_back({variable, _known[variable]});
+        _changes.emplace_back(variable, _known[variable]);
         _known[variable] = value;
     }
 

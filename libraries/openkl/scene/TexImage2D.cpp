@@ -64,7 +64,6 @@ void TexImage2D::_Release() {
 
 KLtexture TexImage2D::GetTexture() const {
     // A number in the place of an address, so that the handle of a dead image is recognised.
-    // NOLINTNEXTLINE(performance-no-int-to-ptr)
     return reinterpret_cast<KLtexture>(static_cast<std::uintptr_t>(_number));
 }
 

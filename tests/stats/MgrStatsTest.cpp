@@ -263,6 +263,7 @@ TEST_F(MgrStatsTest, ManyThreadsThatMakeStatistics_LoseNoneAndKeepThemInOrder) {
         }
     });
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     for (int i = 0; i < kThreads; ++i) {
         threads.emplace_back([this] {
             for (int k = 0; k < kEach; ++k) {

@@ -279,7 +279,8 @@ ExpressionParser::Step ExpressionParser::_ReadLeftOut() {
     const bool isAfterComma = _IsTop(kFrame_Comma);
     const bool isInParentheses =
         _IsTop(kFrame_Parenthesis) ||
-        (isAfterComma && _frames.size() > 1 && _frames.end()[-2].kind == kFrame_Parenthesis);
+        (isAfterComma && _frames.size() > 1 &&
+         _frames[_frames.size() - 2].kind == kFrame_Parenthesis);
     const bool endsHere = _tokens.Is(kToken_RightParenthesis) || _tokens.Is(kToken_Comma);
     if (isInParentheses && endsHere) {
         _operands.push_back(_context.nodes.MakeNothing(_tokens.Peek().line));

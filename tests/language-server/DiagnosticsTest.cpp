@@ -67,6 +67,44 @@ TEST_F(Diagnostics, ComeBehindEachChangeWithItsVersion) {
     EXPECT_EQ(client.End(), 0);
 }
 
+TEST_F(Diagnostics, BringTheNameThatWasMeantAsAQuickFix) {
+    LanguageClient client;
+    client.Initialize();
+    client.Open("untitled:a", "class A { input vec3 color = vec3(0.5);\n"
+                              "void Shade() { accumulate(o_color, colour); } }");
+    const Json diagnostics = client.ReceiveDiagnostics("untitled:a");
+    const auto ask = [&client](const Json& about) {
+        return client.Ask("textDocument/codeAction", {{"textDocument", {{"uri", "untitled:a"}}},
+                                                      {"range",
+                                                       {{"start", {{"line", 0}, {"character", 0}}},
+                                                        {"end", {{"line", 1}, {"character", 0}}}}},
+                                                      {"context", {{"diagnostics", about}}}});
+    };
+    const Json actions = ask(diagnostics)["result"];
+    ASSERT_EQ(actions.size(), 1u);
+    EXPECT_EQ(actions[0]["title"], "Change to 'color'");
+    EXPECT_EQ(actions[0]["edit"]["changes"]["untitled:a"],
+              (Json{{{"range",
+                      {{"start", {{"line", 1}, {"character", 35}}},
+                       {"end", {{"line", 1}, {"character", 41}}}}},
+                     {"newText", "color"}}}));
+    // Messages of others, and nonsense, have none.
+    EXPECT_EQ(ask({{{"message", "odd"}, {"data", 7}}, 8, nullptr})["result"], Json::array());
+    EXPECT_EQ(ask(nullptr)["result"], Json::array());
+}
+
+TEST_F(Diagnostics, AreThoseOfAllFilesThatAnIncludedFileNeeds) {
+    Write("part.klsl", "class Part { input Pattern inner; float At() { return inner.At(); } }\n");
+    Write("pattern.klsl", "interface Pattern { float At(); }\n");
+    Write("other.klsl", "class Other { }\n");
+    LanguageClient client;
+    client.Initialize(Json::object(), folder);
+    const std::string uri = UriOf(folder + "/a.klsl");
+    client.Open(uri, "#include \"part.klsl\"\n");
+    // The first check, of what the file needs alone, says as little as the one of all.
+    EXPECT_EQ(client.ReceiveDiagnostics(uri), Json::array());
+}
+
 TEST_F(Diagnostics, AreCountedInUtf16) {
     LanguageClient client;
     client.Initialize();

@@ -19,6 +19,7 @@ Json MakeCapabilities(const Positions& positions) {
         {"documentFormattingProvider", true},
         {"referencesProvider", true},
         {"documentHighlightProvider", true},
+        {"codeActionProvider", {{"codeActionKinds", Json::array({"quickfix"})}}},
         {"renameProvider", {{"prepareProvider", true}}},
         {"workspace", {{"workspaceFolders", {{"supported", true}, {"changeNotifications", true}}}}},
     };

@@ -22,7 +22,7 @@ void DiagnosticsPublisher::Start() {
     _start.reset();
     const std::vector<SourcePtr> sources = _workspace.GetSources();
     if (const SourcePtr pFirst = _documents.Find(_first)) {
-        const std::vector<SourcePtr> needed = FindNeeded(pFirst, sources);
+        const std::vector<SourcePtr> needed = FindNeeded(pFirst, sources, _workspace);
         if (needed.size() < sources.size()) {
             _StartCheck(needed);
             return;
@@ -128,6 +128,9 @@ Json DiagnosticsPublisher::_MakeDiagnostic(const Source& source,
                                  {"range", _MakeRange(*pSource, note.line, note.columns)}}},
                                {"message", note.text}});
         }
+    }
+    if (!diagnostic.suggestion.empty() && diagnostic.columns.GetLength() > 0) {
+        made["data"] = {{"suggestion", diagnostic.suggestion}};
     }
     if (_hasRelatedInformation && !related.empty()) {
         made["relatedInformation"] = std::move(related);

@@ -1,6 +1,7 @@
 #include "Server.h"
 
 #include "Capabilities.h"
+#include "CodeActions.h"
 #include "Completion.h"
 #include "Formatting.h"
 #include "Hover.h"
@@ -232,6 +233,10 @@ void Server::_AddFeatures() {
     });
     _dispatcher.OnRequest("textDocument/formatting", [this](const Json& parameters) {
         return MakeFormatting(*_FindSource(parameters), _positions);
+    });
+    _dispatcher.OnRequest("textDocument/codeAction", [](const Json& parameters) {
+        const Json& context = GetMember(parameters, "context");
+        return MakeCodeActions(GetUri(parameters), GetMember(context, "diagnostics"));
     });
 }
 

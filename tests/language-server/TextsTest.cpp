@@ -57,6 +57,14 @@ TEST(Hover, ShowsMethodsThroughInterfaces) {
               "```klsl\nfloat At(vec2 place)\n```\n\nMethod of interface `Pattern`.");
 }
 
+TEST(Hover, ShowsTheMethodsOfAnInterface) {
+    EXPECT_EQ(Hover("#define X 1\ninterface Pattern { float At(vec2 place); vec3 Tint(); } "
+                    "class A : @Pattern { }",
+                    Json::object()),
+              "interface Pattern\n{\n    float At(vec2 place);\n    vec3 Tint();\n}\n\n"
+              "Interface.");
+}
+
 TEST(Hover, ShowsEachMethodThatACallFits) {
     const std::string text = Hover("float f(float x) { return x; } float f(vec2 x) { return x.x; } "
                                    "float g() { return @f(1.0); }");

@@ -1,5 +1,7 @@
 #include "Description.h"
 
+#include "Uri.h"
+
 #include <filesystem>
 
 namespace Tolen::LanguageServer {
@@ -60,7 +62,7 @@ std::string DescribeRole(const Declared& declared, TextFormat format) {
                 : declared.pOwner->kind == Symbol::kKind_Interface ? " of interface "
                                                                    : " of ";
         text += Quote(declared.pOwner->name, format);
-    } else {
+    } else if (GetPathOfUri(declared.pSource->uri).has_value()) {
         const std::string file = std::filesystem::path(declared.pSource->path).filename().string();
         text += " in " + Quote(file, format);
     }
@@ -74,6 +76,32 @@ std::string DescribeRole(const Declared& declared, TextFormat format) {
 
 std::string DescribeStages(const Builtin& builtin) {
     return builtin.stages.empty() ? "" : "Stages: " + builtin.stages + ".";
+}
+
+/// The signatures of a built-in, each on a line.
+std::string MakeCode(const Builtin& builtin) {
+    std::string code;
+    for (const std::string& signature : builtin.signatures) {
+        code += (code.empty() ? "" : "\n") + signature;
+    }
+    return code.empty() ? builtin.name : code;
+}
+
+/// The signature of a declaration; an interface is nothing but its methods, which come along.
+std::string MakeCode(const Symbol& symbol) {
+    if (symbol.kind != Symbol::kKind_Interface) {
+        return symbol.signature;
+    }
+    std::string code = symbol.signature + "\n{\n";
+    for (const Symbol& method : symbol.children) {
+        code += "    " + method.signature + ";\n";
+    }
+    return code + "}";
+}
+
+std::string MakeCode(const Meaning& meaning) {
+    return meaning.pBuiltin != nullptr ? MakeCode(*meaning.pBuiltin)
+                                       : MakeCode(*meaning.declared.pSymbol);
 }
 
 } // namespace
@@ -105,16 +133,7 @@ std::string DescribeBriefly(const Meaning& meaning, TextFormat format) {
 std::string Describe(const std::vector<Meaning>& meanings, TextFormat format) {
     std::string text;
     for (const Meaning& meaning : meanings) {
-        std::string code;
-        if (meaning.pBuiltin == nullptr) {
-            code = meaning.declared.pSymbol->signature;
-        } else {
-            for (const std::string& signature : meaning.pBuiltin->signatures) {
-                code += (code.empty() ? "" : "\n") + signature;
-            }
-            code = code.empty() ? meaning.pBuiltin->name : code;
-        }
-        AddParagraph(text, Fence(code, format));
+        AddParagraph(text, Fence(MakeCode(meaning), format));
         AddParagraph(text, DescribeBriefly(meaning, format));
     }
     return text;

@@ -202,8 +202,8 @@ private:
         const bool moves =
             piece.kind == SourceToken::kKind_BlockComment && piece.isBroken && !piece.isVerbatim;
         std::size_t written = 0;
-        for (const char blank : piece.gap.substr(piece.gap.rfind('\n') + 1)) {
-            written += blank == '\t' ? kTabWidth : 1;
+        for (std::size_t i = piece.gap.rfind('\n') + 1; i < piece.gap.size(); ++i) {
+            written += piece.gap[i] == '\t' ? kTabWidth : 1;
         }
         if (!moves || written == column) {
             _output += piece.text;
@@ -236,9 +236,11 @@ private:
 } // namespace
 
 std::size_t GetWidth(std::string_view text) {
-    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char byte) {
-        return (static_cast<unsigned char>(byte) & 0xc0) != 0x80;
-    }));
+    std::size_t width = 0;
+    for (const char byte : text) {
+        width += (static_cast<unsigned char>(byte) & 0xc0) == 0x80 ? 0 : 1;
+    }
+    return width;
 }
 
 std::string PrintPieces(std::vector<Piece> pieces, std::string_view lineEnd) {

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cctype>
 #include <memory>
+#include <utility>
 
 namespace Tolen::Language {
 
@@ -160,10 +161,11 @@ private:
         }
         Rows rows;
         for (const HeadBlock::Row& row : block.rows) {
-            std::vector<std::string>& cells = rows.emplace_back();
+            std::vector<std::string> cells;
             for (const std::string& cell : row.cells) {
                 cells.push_back(_LinkList(cell));
             }
+            rows.push_back(std::move(cells));
         }
         std::vector<std::string> header = block.header;
         if (header.empty() && !block.rows.empty()) {

@@ -83,8 +83,8 @@ std::size_t CountParameters(const Symbol& function) {
 }
 
 Resolver::Resolver(const Workspace& workspace, const std::vector<SourcePtr>& sources,
-                   SourcePtr pSource)
-    : _library(workspace, sources, std::move(pSource)) {}
+                   const SourcePtr& pSource)
+    : _library(workspace, sources, pSource) {}
 
 std::vector<Meaning> Resolver::Resolve(const SourceRange& word) const {
     return _Resolve(word, CountArguments(GetSource(), GetSource().FindTokenAfter(word.begin)));
@@ -100,6 +100,7 @@ std::vector<Meaning> Resolver::_Resolve(const SourceRange& word,
     std::vector<Declared> found = _FindDeclared(word, name);
     KeepFitting(found, count);
     std::vector<Meaning> meanings;
+    meanings.reserve(found.size() + 1);
     for (Declared& declared : found) {
         meanings.push_back({std::move(declared), nullptr});
     }

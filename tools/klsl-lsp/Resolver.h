@@ -36,7 +36,8 @@ struct Receiver {
 /// Finds out what names in a source mean.
 class Resolver {
 public:
-    Resolver(const Workspace& workspace, const std::vector<SourcePtr>& sources, SourcePtr pSource);
+    Resolver(const Workspace& workspace, const std::vector<SourcePtr>& sources,
+             const SourcePtr& pSource);
 
     const Library& GetLibrary() const { return _library; }
     const Source& GetSource() const { return *_library.GetSource(); }

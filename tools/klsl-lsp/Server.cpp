@@ -278,10 +278,10 @@ SourcePtr Server::_FindSource(const Json& parameters) const {
 }
 
 Server::Place Server::_FindPlace(const Json& parameters) const {
-    SourcePtr pSource = _FindSource(parameters);
+    const SourcePtr pSource = _FindSource(parameters);
     const std::size_t offset =
         _positions.GetOffset(pSource->text, GetMember(parameters, "position"));
-    return {Resolver(_workspace, _workspace.GetSources(), std::move(pSource)), offset};
+    return {Resolver(_workspace, _workspace.GetSources(), pSource), offset};
 }
 
 } // namespace Tolen::LanguageServer

@@ -12,7 +12,8 @@ struct Builtin {
     Kind kind = kKind_Function;
     std::string name;
     /// As a reader would like to see them, such as "vec3 reflect(vec3 incident, vec3 normal)";
-    /// "vec" stands for every size. Functions have one or more, variables one, others none.
+    /// "vec", "ivec", "bvec" and "mat" stand for every size of these. Functions have one or more,
+    /// variables one, others none.
     std::vector<std::string> signatures;
     std::string stages;        ///< such as "frame, ray and prefix"; empty: all of them
     std::string documentation; ///< one or two sentences

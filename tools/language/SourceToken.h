@@ -30,7 +30,8 @@ struct SourceToken {
 
 /// Cuts a source into its tokens; blanks and line ends lie between them. Where the library's own
 /// scanner ends at a character that begins nothing, this one goes on behind it, since an editor has
-/// such texts all the time. Otherwise the tokens are the same, and comments and directives besides.
+/// such texts all the time. Otherwise the tokens are those of a file: the same, and comments and
+/// directives besides. A directive within a comment is part of that, but can't end it.
 std::vector<SourceToken> Tokenize(std::string_view text);
 
 } // namespace Tolen::Language

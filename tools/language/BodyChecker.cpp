@@ -146,7 +146,7 @@ void BodyChecker::_AddImplementations() {
         for (const InterfaceDefinition* const definition :
              library->GetModule()->GetInterfaceDefinitions()) {
             const std::string& name = definition->GetName()->GetString();
-            const std::string implementation = "TolenCheckImplementation_" + name;
+            const std::string implementation = std::string(kMadeImplementation) + name;
             if (_implementations.emplace(name, implementation).second) {
                 text += MakeImplementation(implementation, *definition);
             }
@@ -237,17 +237,19 @@ BodyChecker::Outcome BodyChecker::_Compile(const Root& root, Stage stage) {
         outcome.isGood = effect.Get() != nullptr && effect.Get()->SetName(root.name) &&
                          effect.Get()->SetRoot(shader) && effect.Get()->Update(&result);
     }
-    outcome.messages = _TakeMessages(result);
+    outcome.messages = _TakeMessages(root, result);
     return outcome;
 }
 
-std::vector<Message> BodyChecker::_TakeMessages(Result& result) {
+std::vector<Message> BodyChecker::_TakeMessages(const Root& root, Result& result) {
     std::vector<Message> diary;
     std::vector<Message> messages = _session.TakeMessages(result, &diary);
     // Messages about texts that were made here would mean nothing to anybody, nor would those that
     // only tell that there were others.
-    std::erase_if(messages, [this](const Message& message) {
-        return !_fileNames.contains(Path(message.file).GetFileName());
+    const Session::Context context = _MakeContext(root);
+    std::erase_if(messages, [&](const Message& message) {
+        return !_fileNames.contains(Path(message.file).GetFileName()) &&
+               !_session.GetPlacer().PlaceInMembers(message, context);
     });
     for (Message& message : diary) {
         if (message.text.find("accumulate() call") != std::string::npos) {
@@ -260,10 +262,13 @@ std::vector<Message> BodyChecker::_TakeMessages(Result& result) {
     return messages;
 }
 
+Session::Context BodyChecker::_MakeContext(const Root& root) {
+    return {root.pLibrary->GetName(),
+            root.pClass == nullptr ? std::string() : root.pClass->GetName()->GetString()};
+}
+
 void BodyChecker::_Report(const Root& root, const Outcome& outcome) {
-    const std::string name =
-        root.pClass == nullptr ? std::string() : root.pClass->GetName()->GetString();
-    _session.Add(outcome.messages, {root.pLibrary->GetName(), name});
+    _session.Add(outcome.messages, _MakeContext(root));
 }
 
 } // namespace Tolen::Language

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "language/Message.h"
+#include "language/MessagePlacer.h"
 
 #include <map>
 #include <memory>
@@ -65,7 +66,8 @@ private:
     Outcome _ChooseOutcome(const std::vector<Outcome>& outcomes) const;
     bool _IsOfStage(const std::string& text) const;
     Outcome _Compile(const Root& root, Stage stage);
-    std::vector<Message> _TakeMessages(Result& result);
+    std::vector<Message> _TakeMessages(const Root& root, Result& result);
+    static MessagePlacer::Context _MakeContext(const Root& root);
     void _Report(const Root& root, const Outcome& outcome);
 
     Session& _session;

@@ -1,5 +1,7 @@
 #include "GeneratedNames.h"
 
+#include "language/RootText.h"
+
 #include <regex>
 #include <set>
 
@@ -57,6 +59,9 @@ std::string PutSourceNames(const std::string& text, SourceIndex& index, const To
         const std::string name = (*quoted)[1];
         std::string source = std::regex_replace(name, kKeys, "");
         const bool isOfShader = source != name;
+        if (source.starts_with(kMadeImplementation)) {
+            source.erase(0, kMadeImplementation.size());
+        }
         std::smatch match;
         if (std::regex_match(name, match, kArrayCall)) {
             source = match[1];

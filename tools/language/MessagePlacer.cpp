@@ -10,6 +10,9 @@ namespace Tolen::Language {
 
 namespace {
 
+/// What messages name in the place of a file when they are about code that has no source.
+constexpr const char* kGenerated = "<generated>";
+
 /// No token.
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
@@ -122,6 +125,9 @@ std::optional<PlacedMessage> MessagePlacer::Place(const Message& message, const 
             return placed;
         }
         best = best ? best : placed;
+    }
+    if (!best) {
+        best = PlaceInMembers(message, context);
     }
     return best ? best : _PlaceInClass(message, context);
 }
@@ -307,9 +313,9 @@ std::size_t MessagePlacer::_PlaceAssigned(const Names& names, const TokenRegion&
     const std::size_t token = FindOnly(region, names[0], [&queries](std::size_t at) {
         return queries.IsAssigned(at) && !queries.IsMember(at);
     });
-    const Symbol* const variable =
-        _scope.FindVariable(*region.pSource, region.GetOffset(), names[0]);
-    if (variable != nullptr) {
+    const std::size_t offset =
+        token == kNone ? region.GetOffset() : region.pSource->tokens[token].range.begin;
+    if (const Symbol* const variable = _scope.FindVariable(*region.pSource, offset, names[0])) {
         _AddNote({region.pSource, variable}, placed);
     }
     return token;
@@ -345,7 +351,8 @@ std::size_t MessagePlacer::_PlaceReturn(const Names&, const TokenRegion& region,
                                         PlacedMessage& placed) {
     const std::size_t token = FindOnly(region, "return", [](std::size_t) { return true; });
     if (token != kNone) {
-        for (const Symbol* const symbol : region.pSource->outline.FindAround(region.GetOffset())) {
+        const std::size_t offset = region.pSource->tokens[token].range.begin;
+        for (const Symbol* const symbol : region.pSource->outline.FindAround(offset)) {
             if (symbol->IsFunction()) {
                 _AddNote({region.pSource, symbol}, placed);
             }
@@ -381,13 +388,14 @@ std::size_t MessagePlacer::_PlaceMethod(const Names& names, const TokenRegion& r
 std::size_t MessagePlacer::_PlaceObject(const Names& names, const TokenRegion& region,
                                         PlacedMessage& placed) {
     const TokenQueries queries(*region.pSource);
-    const Symbol* const variable =
-        _scope.FindVariable(*region.pSource, region.GetOffset(), names[0]);
-    if (variable != nullptr) {
+    const std::size_t token = FindFirst(
+        region, names[0], [&queries](std::size_t at) { return queries.GetText(at + 1) == "."; });
+    const std::size_t offset =
+        token == kNone ? region.GetOffset() : region.pSource->tokens[token].range.begin;
+    if (const Symbol* const variable = _scope.FindVariable(*region.pSource, offset, names[0])) {
         _AddNote({region.pSource, variable}, placed);
     }
-    return FindFirst(region, names[0],
-                     [&queries](std::size_t at) { return queries.GetText(at + 1) == "."; });
+    return token;
 }
 
 std::size_t MessagePlacer::_PlaceClass(const Names& names, const TokenRegion& region,
@@ -414,6 +422,27 @@ std::size_t MessagePlacer::_PlaceClass(const Names& names, const TokenRegion& re
 std::size_t MessagePlacer::_PlaceWord(const Names& names, const TokenRegion& region,
                                       PlacedMessage&) {
     return FindOnly(region, names[0], [](std::size_t) { return true; });
+}
+
+std::optional<PlacedMessage> MessagePlacer::PlaceInMembers(const Message& message,
+                                                           const Context& context) {
+    for (const IndexedSource* const source : _index.FindSources(context.file)) {
+        const IndexedSymbol container = _index.FindContainer(context.className, source);
+        if (message.file != kGenerated || container.pSource != source) {
+            continue;
+        }
+        for (const Symbol& child : container.pSymbol->children) {
+            if (child.kind != Symbol::kKind_Member || child.value.empty()) {
+                continue;
+            }
+            std::optional<PlacedMessage> placed =
+                _PlaceInRegion(message, RegionOf(*source, child.range));
+            if (placed && placed->place.columns.GetLength() != 0) {
+                return placed;
+            }
+        }
+    }
+    return std::nullopt;
 }
 
 IndexedSymbol MessagePlacer::FindUnusable(const Message& message) {

@@ -39,6 +39,10 @@ public:
     /// @return nothing when the message has no place in a library that is known
     std::optional<PlacedMessage> Place(const Message& message, const Context& context);
 
+    /// Places a message about the code that gives the members of a class their first values, which
+    /// tells no place at all. @return nothing when it can't be about these
+    std::optional<PlacedMessage> PlaceInMembers(const Message& message, const Context& context);
+
     /// The class of which a message only tells that it can't be used; others may have told why.
     /// @return nothing for other messages
     IndexedSymbol FindUnusable(const Message& message);

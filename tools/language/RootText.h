@@ -14,6 +14,8 @@ namespace Tolen::Language {
 
 /// How the library of all that is made here is called; a name that no file has.
 inline constexpr std::string_view kMadeLibrary = "<check>";
+/// How classes that do nothing are called, before the names of their interfaces.
+inline constexpr std::string_view kMadeImplementation = "TolenCheckImplementation_";
 
 /// KLSL of classes whose only use is that the library compiles what they call.
 /// @{

@@ -7,10 +7,12 @@
 
 #include "Markdown.h"
 
+#include "support/paths/SourceFolder.h"
 #include "tools/Process.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <regex>
 #include <sstream>
@@ -109,6 +111,21 @@ TEST_P(Pages, PrintWhatTheyShow) {
 INSTANTIATE_TEST_SUITE_P(Documents, Pages, testing::ValuesIn(_ListPages()), [](const auto& test) {
     return std::regex_replace(test.param.document, std::regex("[^A-Za-z0-9]"), "_");
 });
+
+TEST(Guides, AreInTheirIndexAndBeginWithWhatOneWillHave) {
+    const std::string index = "docs/guides/README.md";
+    const std::vector<std::string> links = ReadLinks(index);
+    for (const std::string& document : ListDocuments()) {
+        if (IsGuide(document) && document != index) {
+            const std::string name = std::filesystem::path(document).filename().string();
+            EXPECT_NE(std::find(links.begin(), links.end(), name), links.end()) << document;
+            EXPECT_NE(
+                ReadText(SourceFolder() + "/" + document).find("\n\nAt the end of this page "),
+                std::string::npos)
+                << document;
+        }
+    }
+}
 
 } // namespace
 } // namespace Tolen::Tests

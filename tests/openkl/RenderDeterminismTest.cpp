@@ -37,10 +37,11 @@ void FillScene(RenderFixture& scene) {
         text.replace(text.find("ALBEDO"), 6, albedos[i % 3]);
         IPrimitive* const object = scene.MakeObject(
             i % 2 == 0 ? MakeSphere(0.5f, 24, 12) : MakeBox({1.0f, 1.0f, 1.0f}), text);
+        const int row = i / 3;
         Matrix44f matrix;
         // Boxes touch their neighbours' faces.
         matrix(0, 3) = static_cast<float>(i % 3) - 1.0f;
-        matrix(1, 3) = static_cast<float>(i / 3) - 1.0f;
+        matrix(1, 3) = static_cast<float>(row) - 1.0f;
         EXPECT_TRUE(object->SetTransform(matrix));
     }
     scene.MakeMiss("rayattribute vec3 weight;"

@@ -301,9 +301,10 @@ TEST(RenderLimits, ManyPrimitivesAndPrograms_RenderEachPixelOnce) {
                   : scene.MakePrimitive(programs[static_cast<std::size_t>(i % 5)]->GetProgram());
         programs.push_back(object);
         EXPECT_TRUE(SetMesh(*object, MakePlane(0.125f, 0.125f)));
+        const int row = i / 16;
         Matrix44f matrix;
         matrix(0, 3) = (static_cast<float>(i % 16) + 0.5f) / 8.0f - 1.0f;
-        matrix(1, 3) = (static_cast<float>(i / 16) + 0.5f) / 8.0f - 1.0f;
+        matrix(1, 3) = (static_cast<float>(row) + 0.5f) / 8.0f - 1.0f;
         EXPECT_TRUE(object->SetTransform(matrix));
     }
     const Picture picture = scene.Render(64, 64, 1);

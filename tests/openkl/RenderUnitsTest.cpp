@@ -20,6 +20,7 @@ TEST(ExactSum, Additions_InAnyOrder_GiveTheSameSum) {
     std::mt19937 generator(1);
     std::uniform_real_distribution<float> exponent(-30.0f, 30.0f);
     std::vector<float> values;
+    values.reserve(1000);
     for (int i = 0; i < 1000; ++i) {
         values.push_back((i % 2 == 0 ? 1.0f : -1.0f) * std::exp2(exponent(generator)));
     }

@@ -197,7 +197,8 @@ private:
     std::size_t _FindName() const {
         const auto op = std::find(_head.begin(), _head.end(), "operator");
         if (op != _head.end()) {
-            // Its first bracket may be the name: operator()().
+            // Its first bracket may be the name: operator()(). Something always follows the word.
+            // cppcheck-suppress derefInvalidIteratorRedundantCheck
             return static_cast<std::size_t>(std::find(op + 2, _head.end(), "(") - _head.begin());
         }
         int depth = 0;

@@ -87,6 +87,7 @@ BackgroundProgram::BackgroundProgram(const std::string& program,
                                      std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), ProgramFolder() + "/" + program);
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) {
         pointers.push_back(argument.data());
     }

@@ -74,6 +74,7 @@ std::vector<SourcePtr> Workspace::GetSources() const {
         }
     }
     std::vector<SourcePtr> list;
+    list.reserve(sources.size());
     for (auto& [path, pSource] : sources) {
         list.push_back(std::move(pSource));
     }

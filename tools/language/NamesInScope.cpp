@@ -43,6 +43,7 @@ std::vector<const Symbol*> NamesInScope::_FindVariables(const IndexedSource& sou
             }
         }
     }
+    // cppcheck-suppress returnDanglingLifetime ; the outline has the symbols
     return found;
 }
 

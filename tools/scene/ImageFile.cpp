@@ -210,6 +210,7 @@ void _WriteExr(const std::string& file,
             std::vector<T>& plane = planes.emplace_back(columns * rows);
             for (std::size_t y = 0; y < rows; ++y) {
                 for (std::size_t x = 0; x < columns; ++x) {
+                    // cppcheck-suppress invalidContainerReference ; there is room from the start
                     plane[y * columns + x] =
                         T(image->rgba[((rows - 1 - y) * columns + x) * 4 + channel]);
                 }

@@ -356,6 +356,7 @@ protected:
 
     static std::vector<IShader*> Shaders(const std::vector<const Node*>& nodes) {
         std::vector<IShader*> shaders;
+        shaders.reserve(nodes.size());
         for (const Node* node : nodes) {
             shaders.push_back(node->pShader);
         }
@@ -475,9 +476,11 @@ protected:
     void ExpectValues() {
         Render();
         for (int i = 0; i < kCountGraphs; ++i) {
-            const Place uv{(static_cast<float>(i % kEdge) + 0.5f) / 8.0f,
-                           (static_cast<float>(i / kEdge) + 0.5f) / 8.0f};
-            EXPECT_NEAR(GetPixel(i % kEdge, i / kEdge)[0],
+            const int column = i % kEdge;
+            const int row = i / kEdge;
+            const Place uv{(static_cast<float>(column) + 0.5f) / 8.0f,
+                           (static_cast<float>(row) + 0.5f) / 8.0f};
+            EXPECT_NEAR(GetPixel(column, row)[0],
                         _roots[static_cast<std::size_t>(i)]->Get(uv), 1e-5f)
                 << "graph " << i << " of " << _graphs[static_cast<std::size_t>(i)].size();
         }

@@ -261,7 +261,7 @@ TEST(Connections, Set_RefusesWhatDoesNotFit) {
         const char* value;
         const char* message;
     } const cases[] = {
-        {"root.color=ab", "--set root.color: there is no shader 'ab' (did you mean 'a'?)"},
+        {"root.color=haf", "--set root.color: there is no shader 'haf' (did you mean 'half'?)"},
         {"root.color=half", "--set root.color: the input 'color' can't be connected to 'half'\n"},
         {"root.color=1,2", "--set root.color: expected a text, found a list"},
         {"root.color=null", "/shaders/1: nothing is connected to the input 'color'"},

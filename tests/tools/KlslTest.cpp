@@ -6,8 +6,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace Tolen::Tests {
@@ -182,6 +186,74 @@ TEST(Klsl, Check_GoesOnBehindABadFile) {
     const Ended run = RunKlsl({"check", "a.klsl", "b.klsl"});
     EXPECT_THAT(run.errors, HasSubstr("a.klsl:1:7: error: Syntax Error."));
     EXPECT_THAT(run.errors, HasSubstr("b.klsl:1:11: error: Failed to find interface None"));
+}
+
+// ---- check --watch
+
+/// A running check and all that it has said so far.
+class Watch {
+public:
+    explicit Watch(const std::vector<std::string>& files)
+        : _output(GetTemporary("watch.txt")), _program("klsl", MakeArguments(files), _output) {}
+
+    /// Waits until the last check has said something with @p text and ended. @return what it said
+    std::string WaitFor(const std::string& text) {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+        for (;;) {
+            std::ifstream file(_output);
+            const std::string all{std::istreambuf_iterator<char>(file), {}};
+            const std::string said = WithoutFolder(all.substr(std::min(_seen, all.size())));
+            const std::size_t found = said.find(text);
+            if (found != std::string::npos && said.ends_with("\n")) {
+                _seen = all.size();
+                return said;
+            }
+            if (std::chrono::steady_clock::now() > deadline) {
+                ADD_FAILURE() << "'" << text << "' is not said, but " << said;
+                return said;
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+    }
+
+    int End() {
+        _program.Interrupt();
+        return _program.Wait();
+    }
+
+private:
+    static std::vector<std::string> MakeArguments(std::vector<std::string> files) {
+        files.insert(files.begin(), {"check", "--watch", "-I", GetTemporary("")});
+        return files;
+    }
+
+    std::string _output;
+    BackgroundProgram _program;
+    std::size_t _seen = 0;
+};
+
+TEST(Klsl, Watch_ChecksAtEachChangeUntilItIsInterrupted) {
+    const std::string file = WriteTemporary("watched.klsl", "class A { float f() { return a; } }");
+    Watch watch({file});
+    EXPECT_THAT(watch.WaitFor(" 1 error"), StartsWith("watched.klsl:1:30: error: 'a' is not "));
+
+    WriteTemporary("watched.klsl", "class A { float f() { return 1.0; } }");
+    watch.WaitFor(" no errors");
+
+    // Editors put a new file in the place of the old one.
+    WriteTemporary("watched.new", "#include \"later.h\"\nclass A { }");
+    std::filesystem::rename(GetTemporary("watched.new"), file);
+    EXPECT_THAT(watch.WaitFor(" 1 error"), HasSubstr("Failed to read shader source file"));
+
+    WriteTemporary("later.h", "float later() { return 1.0; }\n");
+    watch.WaitFor(" no errors");
+
+    std::filesystem::remove(file);
+    EXPECT_THAT(watch.WaitFor(" 1 error"), HasSubstr("not found"));
+
+    WriteTemporary("watched.klsl", "class A { }");
+    watch.WaitFor(" no errors");
+    EXPECT_EQ(watch.End(), 0);
 }
 
 // ---- print

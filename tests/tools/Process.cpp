@@ -84,7 +84,8 @@ Ended RunProgram(const std::string& program, const std::vector<std::string>& arg
 }
 
 BackgroundProgram::BackgroundProgram(const std::string& program,
-                                     std::vector<std::string> arguments) {
+                                     std::vector<std::string> arguments,
+                                     const std::string& output) {
     arguments.insert(arguments.begin(), ProgramFolder() + "/" + program);
     std::vector<char*> pointers;
     pointers.reserve(arguments.size() + 1);
@@ -95,7 +96,8 @@ BackgroundProgram::BackgroundProgram(const std::string& program,
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);
     posix_spawn_file_actions_addopen(&files, 0, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&files, 1, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_addopen(&files, 1, output.c_str(),
+                                     O_WRONLY | O_CREAT | O_APPEND | O_TRUNC, 0644);
     posix_spawn_file_actions_adddup2(&files, 1, 2);
     const int error =
         posix_spawn(&_process, pointers.front(), &files, nullptr, pointers.data(), environ);
@@ -110,6 +112,10 @@ BackgroundProgram::~BackgroundProgram() {
         kill(_process, SIGKILL);
         Wait();
     }
+}
+
+void BackgroundProgram::Interrupt() {
+    kill(_process, SIGINT);
 }
 
 int BackgroundProgram::Wait() {

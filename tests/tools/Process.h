@@ -21,15 +21,19 @@ Ended RunCommand(const std::string& path, const std::vector<std::string>& argume
 /// @param program its name in the program folder
 Ended RunProgram(const std::string& program, const std::vector<std::string>& arguments);
 
-/// A program of ours that runs while the test goes on; its output is dropped. What is left of it is
-/// killed with the object.
+/// A program of ours that runs while the test goes on. What is left of it is killed with the
+/// object.
 class BackgroundProgram {
 public:
-    BackgroundProgram(const std::string& program, std::vector<std::string> arguments);
+    /// @param output the file that all of its output goes to
+    BackgroundProgram(const std::string& program, std::vector<std::string> arguments,
+                      const std::string& output = "/dev/null");
     ~BackgroundProgram();
     BackgroundProgram(const BackgroundProgram&) = delete;
     BackgroundProgram& operator=(const BackgroundProgram&) = delete;
 
+    /// Ends it as Ctrl-C does.
+    void Interrupt();
     /// Waits for its end. @return as Ended::status tells
     int Wait();
 

@@ -56,7 +56,8 @@ bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus)
     app.require_subcommand(1);
     app.footer("Exit status: 0 without errors, 1 with errors in the sources, 2 on misuse.");
 
-    CLI::App* const check = app.add_subcommand("check", "load libraries and all of their classes");
+    CLI::App* const check =
+        app.add_subcommand("check", "load libraries and compile all of their code");
     check->add_option("files", options.files, "the libraries, which may refer to each other")
         ->required();
     check->add_flag("--watch", options.watches, "check again whenever a file changes, to Ctrl-C");

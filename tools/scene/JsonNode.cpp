@@ -1,5 +1,6 @@
 #include "scene/JsonNode.h"
 
+#include "language/Suggestion.h"
 #include "scene/SceneError.h"
 
 #include <algorithm>
@@ -8,23 +9,6 @@
 namespace Tolen::Scene {
 
 namespace {
-
-std::size_t _EditDistance(const std::string& a, const std::string& b) {
-    std::vector<std::size_t> row(b.size() + 1);
-    for (std::size_t j = 0; j <= b.size(); ++j) {
-        row[j] = j;
-    }
-    for (std::size_t i = 1; i <= a.size(); ++i) {
-        std::size_t diagonal = row[0];
-        row[0] = i;
-        for (std::size_t j = 1; j <= b.size(); ++j) {
-            const std::size_t changed = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
-            diagonal = row[j];
-            row[j] = std::min({changed, row[j] + 1, row[j - 1] + 1});
-        }
-    }
-    return row[b.size()];
-}
 
 const char* _DescribeKind(const nlohmann::json& value) {
     switch (value.type()) {
@@ -55,22 +39,8 @@ std::string _Escape(const std::string& key) {
 } // namespace
 
 std::string SuggestName(const std::string& name, const std::vector<std::string>& known) {
-    // Texts of any length may come from a file; nobody means a name by a thousand letters.
-    constexpr std::size_t kLongest = 256;
-    if (name.size() > kLongest) {
-        return "";
-    }
-    const std::string* nearest = nullptr;
-    std::size_t best = std::max<std::size_t>(2, name.size() / 3) + 1;
-    for (const std::string& candidate : known) {
-        const std::size_t distance =
-            candidate.size() > kLongest ? best : _EditDistance(name, candidate);
-        if (distance < best) {
-            best = distance;
-            nearest = &candidate;
-        }
-    }
-    return nearest == nullptr ? "" : " (did you mean '" + *nearest + "'?)";
+    const std::string meant = Language::Suggest(name, known);
+    return meant.empty() ? "" : " (did you mean '" + meant + "'?)";
 }
 
 void JsonNode::Fail(const std::string& message) const {

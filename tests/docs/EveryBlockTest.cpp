@@ -62,6 +62,9 @@ bool _IsTestedText(const CodeBlock& text, const CodeBlock* before) {
     if (text.HasMark("grammar")) {
         return text.document == "docs/klsl.md"; // KslGrammarDocumentTest.cpp
     }
+    if (!text.GetMark("check").empty()) {
+        return true; // CheckedBlocksTest.cpp
+    }
     if (text.document == "docs/statistics.md") {
         return true; // StatisticsDocumentTest.cpp compares all of them with what is printed
     }

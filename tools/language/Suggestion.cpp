@@ -78,7 +78,8 @@ std::string Suggest(std::string_view name, const std::vector<std::string>& candi
         if (candidate == name) {
             return {};
         }
-        const auto [shorter, longer] = std::minmax(candidate.size(), name.size());
+        const std::size_t shorter = std::min(candidate.size(), name.size());
+        const std::size_t longer = std::max(candidate.size(), name.size());
         if (longer > 2 * kMaxLength || static_cast<int>(longer - shorter) * kCost >= best) {
             continue;
         }

@@ -1,5 +1,5 @@
 // A thousand lamps over a floor, each a shader of its own to its client; the program compiles once.
-// usage: thousand-lights FOLDER, that of the shader libraries
+// usage: thousand-lights [FOLDER], that of the shader libraries; by itself the installed one
 #include "TolenEffects/IEffect.h"
 #include "TolenEffects/IMgrLightShaders.h"
 #include "TolenEffects/IParameter.h"
@@ -17,7 +17,7 @@
 using namespace Tolen;
 
 int main(int count, char** arguments) {
-    const std::filesystem::path folder = count > 1 ? arguments[1] : "shaders";
+    const std::filesystem::path folder = count > 1 ? arguments[1] : SHADERS;
     Result result;
     MgrAssets assets;
     SetMgrAssets(&assets);

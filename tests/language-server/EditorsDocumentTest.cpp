@@ -65,9 +65,7 @@ protected:
 TEST_F(Editors, NeovimShowsMistakesAndFindsDefinitions) {
     const std::string settings = ReadSettings("lua");
     ASSERT_NE(settings.find("cmd = { 'klsl-lsp' }"), std::string::npos);
-    if (!Succeeds("nvim --version")) {
-        GTEST_SKIP() << "Neovim is not installed";
-    }
+    ASSERT_TRUE(Succeeds("nvim --version")) << "scripts/packages installs Neovim";
     WriteTemporary(name + "/init.lua", settings);
     WriteTemporary(name + "/ask.lua", R"(
 vim.wait(60000, function() return #vim.diagnostic.get(0) > 0 end, 20)

@@ -2,11 +2,9 @@
 
 #include "language/SourceAssets.h"
 
-#include "ConditionStack.h"
-#include "DirectiveLine.h"
+#include "PreprocessorState.h"
+#include "SourceReader.h"
 #include "WordCharacter.h"
-
-#include "TolenEffects/Limits.h"
 
 #include "TolenCore/Format.h"
 
@@ -16,27 +14,6 @@
 namespace Tolen::Language {
 
 using namespace Effects;
-
-/// What the files of one AddLibrary call share.
-struct Preprocessor::State {
-    Definitions definitions;
-    std::map<std::string, FilePlace> defined; ///< where names got their last values
-    PreprocessedText* pText = nullptr;        ///< of the library in work
-    int depth = 0;
-    int files = 0;
-    std::size_t bytes = 0;
-};
-
-struct Preprocessor::File {
-    const std::string& path;
-    State& state;
-    ConditionStack conditions{};
-    std::vector<int> open{}; ///< the lines of the conditions that are open
-    int line = 0;            ///< from 1
-    bool good = true;        ///< false ends the file
-
-    FilePlace At(const SourceRange& columns) const { return state.pText->MakePlace(line, columns); }
-};
 
 namespace {
 
@@ -96,14 +73,129 @@ FindReplaced(const Definitions& definitions, std::string_view line, std::string_
 
 } // namespace
 
+/// Takes what comes of one AddLibrary call.
+class Preprocessor::Client : public SourceReader::Client {
+public:
+    explicit Client(Preprocessor& preprocessor) : _preprocessor(preprocessor) {}
+
+    bool ReadLibrary(const std::string& file);
+
+    void DefineNames(Definitions& definitions) override;
+    bool BeginIncluded(const std::string& file, const SourceReader::Place& place, std::string& path,
+                       std::string& text) override;
+    void EndIncluded() override;
+    bool Import(const std::string& file, const SourceReader::Place& place) override;
+    void OnDefine(const std::string& name, const SourceReader::Place& place) override;
+    void Write(const SourceReader::Place& place, const std::string& text,
+               const Definitions& definitions) override;
+    void Tell(const SourceReader::Remark& remark) override;
+
+private:
+    FilePlace _FindPlace(const SourceReader::Place& place) const;
+    const std::string* _Find(const std::string& file, const SourceReader::Place& place,
+                             std::string& path);
+
+    Preprocessor& _preprocessor;
+    PreprocessorState _state;
+    PreprocessedText* _pText = nullptr;        ///< of the library in work
+    std::vector<std::size_t> _including;       ///< the files of that text around the one in work
+    std::map<std::string, FilePlace> _defined; ///< where names got their last values
+};
+
+bool Preprocessor::Client::ReadLibrary(const std::string& file) {
+    std::string path;
+    const std::string* const text = _preprocessor._assets.Find(file, path);
+    if (text == nullptr || text->empty()) {
+        return false;
+    }
+    auto library = std::make_unique<PreprocessedText>(path);
+    PreprocessedText* const before = std::exchange(_pText, library.get());
+    library->Enter(path, 0);
+    const bool good = SourceReader(*this, _state).Read(path, *text);
+    _pText = before;
+    library->Finish();
+    _preprocessor._texts.emplace(path, std::move(library));
+    return good;
+}
+
+void Preprocessor::Client::DefineNames(Definitions& definitions) {
+    for (const std::string& name : _preprocessor._predefined) {
+        definitions.Define(name, "1");
+    }
+}
+
+bool Preprocessor::Client::BeginIncluded(const std::string& file, const SourceReader::Place& place,
+                                         std::string& path, std::string& text) {
+    const std::string* const found = _Find(file, place, path);
+    if (found == nullptr || found->empty()) {
+        return false;
+    }
+    text = *found;
+    _pText->AddToAdjustment(1 - std::count(text.begin(), text.end(), '\n'));
+    _including.push_back(_pText->Enter(path, place.line));
+    return true;
+}
+
+void Preprocessor::Client::EndIncluded() {
+    _pText->GoBack(_including.back());
+    _including.pop_back();
+}
+
+bool Preprocessor::Client::Import(const std::string& file, const SourceReader::Place& place) {
+    std::string path;
+    _Find(file, place, path);
+    return ReadLibrary(file);
+}
+
+void Preprocessor::Client::OnDefine(const std::string& name, const SourceReader::Place& place) {
+    _defined[name] = _FindPlace(place);
+}
+
+void Preprocessor::Client::Write(const SourceReader::Place& place, const std::string& text,
+                                 const Definitions& definitions) {
+    std::vector<PreprocessedText::Replacement> replaced;
+    if (!text.empty() && text != place.text) {
+        replaced = FindReplaced(definitions, place.text, text);
+    }
+    _pText->Write(place.line, text, std::move(replaced));
+}
+
+void Preprocessor::Client::Tell(const SourceReader::Remark& remark) {
+    FilePlace before;
+    if (remark.kind == SourceReader::Remark::kKind_Redefinition) {
+        before = _defined[std::string(remark.place.word)];
+    }
+    _preprocessor._Remark(remark.text, _FindPlace(remark.place), before);
+}
+
+FilePlace Preprocessor::Client::_FindPlace(const SourceReader::Place& place) const {
+    return _pText->MakePlace(place.line, place.word.empty() ? ColumnsOfDirective(place.text)
+                                                            : ColumnsOf(place.text, place.word));
+}
+
+/// Finds the text of a file that a directive names. Why there is none is said in the library's
+/// words.
+const std::string* Preprocessor::Client::_Find(const std::string& file,
+                                               const SourceReader::Place& place,
+                                               std::string& path) {
+    SourceAssets& assets = _preprocessor._assets;
+    const std::string* const text = assets.Find(file, path);
+    if (text == nullptr) {
+        // Why is told by the assets, which are asked again by the library.
+        IAsset::Status status = IAsset::kStatus_NotFound;
+        assets.AcquireAsset(file, 1, status);
+        _preprocessor._Remark(Format("Failed to read shader source file '%s' (%s)", file.c_str(),
+                                     IAsset::StatusString(status)),
+                              _FindPlace(place), {});
+    }
+    return text;
+}
+
 Preprocessor::Preprocessor(SourceAssets& assets, std::vector<std::string> predefined)
     : _assets(assets), _predefined(std::move(predefined)) {}
 
-Preprocessor::~Preprocessor() = default;
-
 void Preprocessor::Read(const std::string& file) {
-    State state;
-    _ReadLibrary(file, state);
+    Client(*this).ReadLibrary(file);
 }
 
 const PreprocessedText* Preprocessor::Find(const std::string& path) const {
@@ -119,194 +211,6 @@ bool Preprocessor::TakeRemark(const std::string& text, Remark& remark) {
     remark = std::move(found->second);
     _remarks.erase(found);
     return true;
-}
-
-bool Preprocessor::_ReadLibrary(const std::string& file, State& state) {
-    std::string path;
-    const std::string* const text = _assets.Find(file, path);
-    ++state.files;
-    if (text == nullptr || text->empty()) {
-        return false;
-    }
-    auto library = std::make_unique<PreprocessedText>(path);
-    PreprocessedText* const before = std::exchange(state.pText, library.get());
-    const bool good = _ReadFile(path, *text, 0, state);
-    state.pText = before;
-    library->Finish();
-    _texts.emplace(path, std::move(library));
-    return good;
-}
-
-bool Preprocessor::_ReadFile(const std::string& path, const std::string& text, int fromLine,
-                             State& state) {
-    for (const std::string& name : _predefined) {
-        state.definitions.Define(name, "1");
-    }
-    const std::size_t before = state.pText->Enter(path, fromLine);
-    File file{path, state};
-    for (std::size_t begin = 0;
-         begin < text.size() && file.good && !file.conditions.IsMismatched();) {
-        const std::size_t end = std::min(text.find('\n', begin), text.size());
-        ++file.line;
-        _ReadLine(file, std::string_view(text).substr(begin, end - begin));
-        begin = end + 1;
-    }
-    if (!file.conditions.IsBalanced()) {
-        if (!file.conditions.IsMismatched() && !file.open.empty()) {
-            file.line = file.open.back();
-        }
-        const SourceText source(text);
-        _Remark(Format("Effects Manager: Pre-Processor Condition Stack mismatch while reading "
-                       "file '%s'",
-                       path.c_str()),
-                file.At(ColumnsOfDirective(source.GetLine(file.line))));
-        file.good = false;
-    }
-    state.pText->GoBack(before);
-    return file.good;
-}
-
-void Preprocessor::_ReadLine(File& file, std::string_view line) {
-    const DirectiveLine directive = DirectiveLine::Parse(line);
-    if (directive.directive == DirectiveLine::kDirective_None) {
-        _WriteText(file, line);
-        return;
-    }
-    _Follow(file, directive, line);
-    if (directive.directive != DirectiveLine::kDirective_Include) {
-        file.state.pText->Write(file.line, {}, {});
-    }
-}
-
-void Preprocessor::_Follow(File& file, const DirectiveLine& directive, std::string_view line) {
-    Definitions& definitions = file.state.definitions;
-    switch (directive.directive) {
-    case DirectiveLine::kDirective_None:
-        break;
-    case DirectiveLine::kDirective_Import:
-        _Remark(Format("Effects Manager: Deprecated preprocessor directive #import %s' in file "
-                       "'%s'",
-                       directive.argument.c_str(), file.path.c_str()),
-                file.At(ColumnsOfDirective(line)));
-        [[fallthrough]];
-    case DirectiveLine::kDirective_Include:
-        _Open(file, directive, line);
-        break;
-    case DirectiveLine::kDirective_Define:
-        _Define(file, directive, line);
-        break;
-    case DirectiveLine::kDirective_Undef:
-        if (file.conditions.IsActive() && definitions.IsDefined(directive.argument)) {
-            definitions.EraseFirst(directive.argument);
-        }
-        break;
-    case DirectiveLine::kDirective_Ifdef:
-    case DirectiveLine::kDirective_Ifndef:
-        file.conditions.Push(definitions.IsDefined(directive.argument) ==
-                             (directive.directive == DirectiveLine::kDirective_Ifdef));
-        file.open.push_back(file.line);
-        break;
-    case DirectiveLine::kDirective_Else:
-        file.conditions.Else();
-        break;
-    case DirectiveLine::kDirective_Endif:
-        file.conditions.Endif();
-        if (!file.open.empty()) {
-            file.open.pop_back();
-        }
-        break;
-    }
-}
-
-void Preprocessor::_Open(File& file, const DirectiveLine& directive, std::string_view line) {
-    if (!file.conditions.IsActive()) {
-        return;
-    }
-    const bool isImport = directive.directive == DirectiveLine::kDirective_Import;
-    std::string name;
-    if (!directive.GetFileName(name)) {
-        _Remark(Format("Effects Manager: Failed to interpret '#%s filename %s' in file '%s'",
-                       isImport ? "import" : "include", directive.argument.c_str(),
-                       file.path.c_str()),
-                file.At(ColumnsOf(line, directive.argument)));
-        file.good = false;
-        return;
-    }
-    State& state = file.state;
-    if (state.depth >= kLimitIncludeDepth || state.files >= kLimitFiles) {
-        file.good = false;
-        return;
-    }
-    std::string path;
-    if (_assets.Find(name, path) == nullptr) {
-        // Why is told by the assets, which are asked again by the library.
-        IAsset::Status status = IAsset::kStatus_NotFound;
-        _assets.AcquireAsset(name, 1, status);
-        _Remark(Format("Failed to read shader source file '%s' (%s)", name.c_str(),
-                       IAsset::StatusString(status)),
-                file.At(ColumnsOf(line, directive.argument)));
-    }
-    ++state.depth;
-    if (isImport) {
-        file.good = _ReadLibrary(name, state);
-    } else {
-        _Include(file, name);
-    }
-    --state.depth;
-}
-
-void Preprocessor::_Include(File& file, const std::string& name) {
-    State& state = file.state;
-    ++state.files;
-    std::string path;
-    const std::string* const text = _assets.Find(name, path);
-    if (text == nullptr || text->empty()) {
-        file.good = false;
-        return;
-    }
-    state.pText->AddToAdjustment(1 - std::count(text->begin(), text->end(), '\n'));
-    file.good = _ReadFile(path, *text, file.line, state);
-}
-
-void Preprocessor::_Define(File& file, const DirectiveLine& directive, std::string_view line) {
-    const std::string& name = directive.argument;
-    if (!file.conditions.IsActive() || name.size() > kLimitDefinitionName) {
-        file.good = file.good && name.size() <= kLimitDefinitionName;
-        return;
-    }
-    Definitions& definitions = file.state.definitions;
-    const FilePlace place = file.At(ColumnsOf(line, name));
-    if (definitions.IsDefined(name)) {
-        if (const std::string* const previous = definitions.FindFirst(name)) {
-            _Remark(Format("Effects Manager: Pre-Processor found redefinition of '%s' as '%s' "
-                           "(was '%s')",
-                           name.c_str(), directive.rest.c_str(), previous->c_str()),
-                    place, file.state.defined[name]);
-            definitions.EraseFirst(name);
-        }
-    }
-    definitions.Define(name, directive.rest);
-    file.state.defined[name] = place;
-}
-
-void Preprocessor::_WriteText(File& file, std::string_view line) {
-    State& state = file.state;
-    if (!file.conditions.IsActive()) {
-        state.pText->Write(file.line, {}, {});
-        return;
-    }
-    std::string text(line);
-    file.good = state.definitions.Substitute(text, kLimitExpandedSource) &&
-                text.size() < kLimitExpandedSource - state.bytes;
-    if (!file.good) {
-        return;
-    }
-    state.bytes += text.size() + 1;
-    std::vector<PreprocessedText::Replacement> replaced;
-    if (text != line) {
-        replaced = FindReplaced(state.definitions, line, text);
-    }
-    state.pText->Write(file.line, text, std::move(replaced));
 }
 
 void Preprocessor::_Remark(const std::string& text, const FilePlace& place,

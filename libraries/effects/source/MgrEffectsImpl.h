@@ -20,7 +20,6 @@ class Graph;
 class IFactoryEffect;
 class Library;
 class PrototypeRequests;
-struct DirectiveLine;
 struct PreprocessorState;
 
 /// What stands behind MgrEffects. The library's own code reaches it by GetImplementation where the
@@ -154,8 +153,8 @@ private:
     };
     using Visit = FastDelegate2<TypeSpecifier, const std::string&, bool>;
 
-    /// One file while it is preprocessed.
-    struct SourceFile;
+    /// For whom the files of a library are read.
+    class SourceClient;
 
     static bool _VisitVariables(const std::vector<Variable>& variables, Visit& visit);
     static bool _VisitEffects(IFactoryEffect* factory, FastDelegate1<IEffect*, bool>& visit);
@@ -165,17 +164,6 @@ private:
     bool _ShutdownNow();
     /// The console of Init, or one that says nothing.
     IMgrConsole& _Console() const;
-
-    void _ProcessLine(SourceFile& file, std::string_view line);
-    void _ProcessDirective(SourceFile& file, const DirectiveLine& line);
-    void _ProcessInclude(SourceFile& file, const DirectiveLine& line);
-    void _ProcessImport(SourceFile& file, const DirectiveLine& line);
-    void _ProcessDefine(SourceFile& file, const DirectiveLine& line);
-    void _ProcessText(SourceFile& file, std::string_view line);
-    void _Write(SourceFile& file, std::string_view line);
-    bool _CanOpen(SourceFile& file);
-    void _ReportLimit(SourceFile& file, const std::string& limit);
-    void _ReportLimitExpandedSource(SourceFile& file);
 
     IMgrEffects* _pMgrEffects = nullptr;       ///< what shaders and effects are given; borrowed
     IMgrConsole* _pConsole = nullptr;          ///< borrowed

@@ -10,7 +10,7 @@ namespace Tolen::Effects {
 struct PreprocessorState {
     Definitions definitions;
     int depth = 0;         ///< files around the one that is being read
-    int files = 0;         ///< files read so far
+    int files = 1;         ///< files read so far, the one that is being read among them
     std::size_t bytes = 0; ///< text written so far
 };
 

@@ -10,7 +10,7 @@
 #include <filesystem>
 #include <string>
 
-/// The settings in docs/editors.md, in the editors themselves where these are installed.
+/// The settings in docs/editors.md, in the editors themselves.
 
 namespace Tolen::Tests {
 namespace {
@@ -65,7 +65,7 @@ protected:
 TEST_F(Editors, NeovimShowsMistakesAndFindsDefinitions) {
     const std::string settings = ReadSettings("lua");
     ASSERT_NE(settings.find("cmd = { 'klsl-lsp' }"), std::string::npos);
-    ASSERT_TRUE(Succeeds("nvim --version")) << "scripts/packages installs Neovim";
+    ASSERT_TRUE(Succeeds("nvim --version")) << "scripts/packages --tests installs Neovim";
     WriteTemporary(name + "/init.lua", settings);
     WriteTemporary(name + "/ask.lua", R"(
 vim.wait(60000, function() return #vim.diagnostic.get(0) > 0 end, 20)
@@ -91,9 +91,8 @@ TEST_F(Editors, EmacsShowsMistakesAndFindsDefinitions) {
     const std::string settings = ReadSettings("elisp");
     ASSERT_NE(settings.find("'(klsl-mode . (\"klsl-lsp\""), std::string::npos);
     const std::string emacs = "emacs --batch --eval '(package-initialize)'";
-    if (!Succeeds(emacs + " --eval \"(require 'eglot)\"")) {
-        GTEST_SKIP() << "Emacs with Eglot is not installed";
-    }
+    ASSERT_TRUE(Succeeds(emacs + " --eval \"(require 'eglot)\""))
+        << "scripts/packages --tests installs Emacs with Eglot";
     WriteTemporary(name + "/init.el", settings);
     WriteTemporary(name + "/ask.el", R"(
 (require 'eglot)

@@ -53,6 +53,7 @@ public:
 void CreateAndDestroy(benchmark::State& state, const char* name) {
     Loaded loaded;
     std::vector<IShader*> others;
+    others.reserve(static_cast<std::size_t>(state.range(0)));
     for (int i = 0; i < state.range(0); ++i) {
         others.push_back(loaded.manager.CreateShader(name));
     }

@@ -81,7 +81,7 @@ std::string _DescribeProgram(const std::vector<std::string>& words) {
 }
 
 void _CheckWord(const std::string& word, const std::string& description) {
-    if (word.rfind("-", 0) == 0) {
+    if (word.starts_with('-')) {
         const std::size_t equals = word.find('=');
         EXPECT_THAT(description, HasSubstr(word.substr(0, equals)));
         if (word.rfind("--benchmark_filter=", 0) == 0) {

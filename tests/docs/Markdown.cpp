@@ -70,7 +70,7 @@ std::vector<CodeBlock> ReadCodeBlocks(const std::string& document) {
             }
         } else if (isInside) {
             blocks.back().text += line + "\n";
-        } else if (line.rfind("#", 0) == 0) {
+        } else if (line.starts_with('#')) {
             section = line.substr(line.find_first_not_of("# "));
         }
     }
@@ -105,7 +105,7 @@ std::vector<std::string> ListDocuments() {
     std::filesystem::recursive_directory_iterator entry(folder), end;
     for (; entry != end; ++entry) {
         const std::string name = entry->path().filename().string();
-        if (entry->is_directory() && (name.rfind(".", 0) == 0 || name.rfind("build", 0) == 0)) {
+        if (entry->is_directory() && (name.starts_with('.') || name.rfind("build", 0) == 0)) {
             entry.disable_recursion_pending();
         } else if (entry->path().extension() == ".md") {
             documents.push_back(entry->path().lexically_relative(folder).generic_string());

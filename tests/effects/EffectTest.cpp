@@ -555,6 +555,7 @@ TEST_F(EffectTest, TheSameCalls_GiveTheSameTextsInAnotherManager) {
         EXPECT_TRUE(other.AddLibrary("library", kSource, nullptr));
         // Objects in between lie at other addresses the second time.
         std::vector<std::unique_ptr<int>> noise;
+        noise.reserve(100);
         for (int i = 0; i < 100; ++i) {
             noise.push_back(std::make_unique<int>(i));
         }

@@ -437,6 +437,7 @@ TEST_F(MgrEffectsTest, AttachmentIndices_AreToldWhenTheyChange) {
 
 TEST_F(MgrEffectsTest, Keys_ComeBackLastFirst) {
     std::vector<Key> keys;
+    keys.reserve(3);
     for (int i = 0; i < 3; ++i) {
         keys.push_back(_manager.CreateKey());
     }

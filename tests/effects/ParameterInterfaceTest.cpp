@@ -390,6 +390,7 @@ TEST_F(ParameterInterfaceTest, TenThousandInAChain_WireInAnyOrderOnASmallStack) 
             Counter counter;
             LoadedManager many(kSource);
             std::vector<Shader*> chain;
+            chain.reserve(kCount);
             for (int i = 0; i < kCount; ++i) {
                 chain.push_back(many.Create("Node"));
             }

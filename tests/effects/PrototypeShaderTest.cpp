@@ -598,6 +598,7 @@ TEST(PrototypeShaderTest, Shutdown_OfACalledClass_IsForgottenByItsCaller) {
 TEST(PrototypeShaderTest, CreateAndDestroy_OfManyShaders_IsLinear) {
     LoadedManager loaded("class A { }");
     std::vector<IShader*> shaders;
+    shaders.reserve(20000);
     for (int i = 0; i < 20000; ++i) {
         shaders.push_back(loaded.manager.CreateShader("A"));
     }

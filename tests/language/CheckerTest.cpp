@@ -254,6 +254,26 @@ const PlaceCase kCode[] = {
 };
 INSTANTIATE_TEST_SUITE_P(OfCode, Places, testing::ValuesIn(kCode));
 
+const PlaceCase kCycles[] = {
+    {"float F(float x) { return x > 1.0 ? F(x - 1.0) : x; }\n",
+     {"functions call one another in a cycle: 'F' calls 'F' | float [F](float x) { return x > 1.0 ? "
+      "F(x - 1.0) : x; }"},
+     {}},
+    // Whichever method comes first, the cycle is told once.
+    {"class A_B {\n  float b() { return c(); }\n  float a() { return b(); }\n"
+     "  float c() { return a(); }\n}\n",
+     {"functions call one another in a cycle: 'A_B.b' calls 'A_B.c' calls 'A_B.a' calls 'A_B.b' |   "
+      "float [b]() { return c(); }"},
+     {"'A_B.c' is declared here |   float [c]() { return a(); }",
+      "'A_B.a' is declared here |   float [a]() { return b(); }"}},
+    {"class A { static float s(int i) { return 1.0; }\n"
+     "  static float s(float x) { return s(x); } }\n",
+     {"functions call one another in a cycle: 'A.s' calls 'A.s' |   static float [s](float x) { "
+      "return s(x); } }"},
+     {}},
+};
+INSTANTIATE_TEST_SUITE_P(OfCycles, Places, testing::ValuesIn(kCycles));
+
 const PlaceCase kDirectives[] = {
     {"#define A 1\n#define A 2\nclass B { }\n",
      {"Effects Manager: Pre-Processor found redefinition of 'A' as '2' (was '1') | #define [A] 2"},
@@ -407,6 +427,23 @@ TEST(Checker, Texts_StandForFilesUntilTheyAreRemoved) {
     EXPECT_THAT(checker.Check({path}), SizeIs(1));
     checker.RemoveText(path);
     EXPECT_THAT(checker.Check({path}), IsEmpty());
+}
+
+TEST(Checker, NamesWithoutEnd_AreCut) {
+    const std::string name(1000000, 'a');
+    const std::string texts[] = {
+        "class A : " + name + " { }",
+        "class A { void Shade() { float x = " + name + "; " + name + "(1.0); } }",
+        "class " + name + " { input " + name + " x = " + name + "(); void Shade() { none = 1; } }",
+        "#define A " + name + "\n#define A 1\n#include \"" + name + "\"",
+    };
+    for (const std::string& text : texts) {
+        const std::vector<Diagnostic> diagnostics = CheckText(text);
+        ASSERT_FALSE(diagnostics.empty()) << text.substr(0, 20);
+        for (const Diagnostic& diagnostic : diagnostics) {
+            EXPECT_LT(diagnostic.text.size(), 3000U) << text.substr(0, 20);
+        }
+    }
 }
 
 TEST(Checker, Messages_ComeByFileAndLine) {

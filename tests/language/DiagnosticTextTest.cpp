@@ -52,6 +52,13 @@ TEST(DiagnosticText, PutsSuggestionsBehindTheMark) {
                                             "^~~ did you mean 'One'?\n");
 }
 
+TEST(DiagnosticText, WithoutALine_PutsSuggestionsBehindTheMessage) {
+    Diagnostic diagnostic = MakeDiagnostic({});
+    diagnostic.line = 0;
+    diagnostic.suggestion = "right";
+    EXPECT_EQ(Show(diagnostic, "one"), "a.klsl: error: it is wrong (did you mean 'right'?)\n");
+}
+
 TEST(DiagnosticText, ShowsNotesBehind) {
     Diagnostic diagnostic = MakeDiagnostic({0, 3});
     diagnostic.notes.push_back({"a.klsl", 1, {1, 3}, "it is declared here"});

@@ -326,7 +326,15 @@ TEST(Klsl, Print_OfCodeThatDoesNotCompile_ShowsThePlaceInTheSource) {
 TEST(Klsl, Print_OfAnUnknownClass_Fails) {
     WriteTemporary("a.klsl", kPlain);
     const Ended run = Print("a.klsl", "None", "surface");
-    EXPECT_THAT(run.errors, HasSubstr("\"None\""));
+    EXPECT_EQ(run.errors, "a.klsl: error: Could not create shader named \"None\"\n");
+    EXPECT_EQ(run.status, 1);
+}
+
+TEST(Klsl, Print_OfAMisspeltClass_TellsTheOneThatIsMeant) {
+    WriteTemporary("a.klsl", kPlain);
+    const Ended run = Print("a.klsl", "Plane", "surface");
+    EXPECT_EQ(run.errors, "a.klsl: error: Could not create shader named \"Plane\" (did you mean "
+                          "'Plain'?)\n");
     EXPECT_EQ(run.status, 1);
 }
 

@@ -249,7 +249,7 @@ std::vector<Message> BodyChecker::_TakeMessages(const Root& root, Result& result
     const Session::Context context = _MakeContext(root);
     std::erase_if(messages, [&](const Message& message) {
         return !_fileNames.contains(Path(message.file).GetFileName()) &&
-               !_session.GetPlacer().PlaceInMembers(message, context);
+               !_session.GetPlacer().MeansSources(message, context);
     });
     for (Message& message : diary) {
         if (message.text.find("accumulate() call") != std::string::npos) {

@@ -20,12 +20,15 @@ TypeSpecifier FindType(const std::string& name) {
     return kType_Void;
 }
 
+/// No variable needs more; the search for the pattern goes as deep as the text is long.
+constexpr std::size_t kMaxLength = 2000;
+
 } // namespace
 
 bool ReadClientVariable(const std::string& text, ClientVariable& variable) {
     static const std::regex kVariable("\\s*(\\w+)\\s+([A-Za-z_]\\w*)\\s*");
     std::smatch match;
-    if (!std::regex_match(text, match, kVariable) || FindType(match[1]) == kType_Void) {
+    if (text.size() > kMaxLength || !std::regex_match(text, match, kVariable) || FindType(match[1]) == kType_Void) {
         return false;
     }
     variable = {FindType(match[1]), match[2]};

@@ -72,14 +72,17 @@ void DiagnosticText::SetText(const std::string& file, const std::string& text) {
 
 std::string DiagnosticText::Show(const Diagnostic& diagnostic) {
     const bool isError = diagnostic.severity == Diagnostic::kSeverity_Error;
-    std::string text = _ShowPlace(diagnostic.file, diagnostic.line, diagnostic.columns) +
-                       _Color(isError ? kRed : kMagenta, isError ? "error: " : "warning: ") +
-                       _Color(kBold, Printable(diagnostic.text)) + "\n";
     std::string behind;
     if (!diagnostic.suggestion.empty()) {
         behind = "did you mean '" + diagnostic.suggestion + "'?";
     }
-    text += _ShowLine(diagnostic.file, diagnostic.line, diagnostic.columns, behind);
+    std::string text = _ShowPlace(diagnostic.file, diagnostic.line, diagnostic.columns) +
+                       _Color(isError ? kRed : kMagenta, isError ? "error: " : "warning: ") +
+                       _Color(kBold, Printable(diagnostic.text)) +
+                       (diagnostic.line == 0 && !behind.empty() ? " (" + behind + ")\n" : "\n");
+    if (diagnostic.line != 0) {
+        text += _ShowLine(diagnostic.file, diagnostic.line, diagnostic.columns, behind);
+    }
     for (const Diagnostic::Note& note : diagnostic.notes) {
         text += _ShowPlace(note.file, note.line, note.columns) + _Color(kCyan, "note: ") +
                 Printable(note.text) + "\n" + _ShowLine(note.file, note.line, note.columns, "");

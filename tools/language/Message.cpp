@@ -12,6 +12,10 @@ namespace Tolen::Language {
 
 namespace {
 
+/// What is longer is cut: such messages have names in them that nobody can read, and what looks for
+/// patterns in them goes as deep as they are long.
+constexpr std::size_t kMaxLength = 2000;
+
 /// A line number out of a message; 0 where it is no number of a line. Lines of included texts may
 /// lie before the first.
 int LineOf(const std::string& digits) {
@@ -62,6 +66,9 @@ std::vector<Message> ReadMessages(Diagnostic::Severity severity, const std::stri
         if (line.empty()) {
             continue;
         }
+        if (line.size() > kMaxLength) {
+            line.replace(kMaxLength, std::string::npos, "...");
+        }
         Message message;
         message.severity = severity;
         const bool isNote = ReadLine(line, message);
@@ -82,7 +89,9 @@ std::vector<Message> ReadMessages(const Result& result) {
             const bool isFragment = !next.isOfParser && IsFragment(next.text);
             if (isFragment && continues) {
                 Message& last = messages.back();
-                last.text += ": " + next.text;
+                if (last.text.size() + next.text.size() <= kMaxLength) {
+                    last.text += ": " + next.text;
+                }
                 if (last.line == 0) {
                     last.file = next.file;
                     last.line = next.line;

@@ -24,7 +24,7 @@ struct Message {
 
 /// Takes a text of the library apart. Each line may begin with its place, as "file(12) : text" or
 /// "file:12: text", or tell it at its end, as "... in file 'file' line 12"; notes go with the
-/// message before them.
+/// message before them. Lines of more than 2,000 bytes are cut.
 std::vector<Message> ReadMessages(Diagnostic::Severity severity, const std::string& text);
 
 /// The messages of @p result in the order of the source: those of the parser are in reverse. The

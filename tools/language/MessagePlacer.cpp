@@ -1,5 +1,6 @@
 #include "MessagePlacer.h"
 
+#include "language/CallCycle.h"
 #include "language/Suggestion.h"
 #include "language/TokenQueries.h"
 
@@ -108,6 +109,9 @@ const std::vector<MessagePlacer::Rule>& MessagePlacer::_GetRules() {
 }
 
 std::optional<PlacedMessage> MessagePlacer::Place(const Message& message, const Context& context) {
+    if (std::optional<PlacedMessage> placed = PlaceCallCycle(message.text, _index)) {
+        return placed;
+    }
     std::vector<const IndexedSource*> sources = _index.FindSources(message.file);
     // Some messages tell the file without its folders; then it is most likely the one in work.
     std::stable_partition(sources.begin(), sources.end(), [&context](const IndexedSource* source) {
@@ -193,6 +197,14 @@ void MessagePlacer::_AddNote(const IndexedSymbol& symbol, PlacedMessage& placed,
                              const std::string& text) const {
     placed.notes.emplace_back(
         PlaceOf(symbol), text.empty() ? "'" + symbol.pSymbol->name + "' is declared here" : text);
+}
+
+bool MessagePlacer::MeansSources(const Message& message, const Context& context) {
+    return PlaceInMembers(message, context) || PlaceCallCycle(message.text, _index);
+}
+
+std::string MessagePlacer::SuggestClass(const std::string& name) const {
+    return Suggest(name, _scope.GetContainers(Symbol::kKind_Class));
 }
 
 void MessagePlacer::_Suggest(const IndexedSource& source, std::size_t offset,

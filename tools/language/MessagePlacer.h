@@ -43,9 +43,15 @@ public:
     /// tells no place at all. @return nothing when it can't be about these
     std::optional<PlacedMessage> PlaceInMembers(const Message& message, const Context& context);
 
+    /// Whether a message that tells no file is about sources all the same, by the names in it.
+    bool MeansSources(const Message& message, const Context& context);
+
     /// The class of which a message only tells that it can't be used; others may have told why.
     /// @return nothing for other messages
     IndexedSymbol FindUnusable(const Message& message);
+
+    /// The class that was meant by a name that no class has. @return empty when none comes close
+    std::string SuggestClass(const std::string& name) const;
 
     /// Local variables that the library leaves out without a word, since their types are no types
     /// of values. Most of these were meant to be something else.

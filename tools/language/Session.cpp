@@ -165,6 +165,7 @@ Diagnostic Session::_Place(const Message& message, const Context& context) {
     const bool isOfLibrary = !message.file.empty() && _files.contains(FullPath(message.file));
     diagnostic.file = _NameOf(isOfLibrary ? FullPath(message.file) : context.file);
     diagnostic.line = isOfLibrary ? message.line : 0;
+    diagnostic.suggestion = _pPlacer->SuggestClass(context.className);
     return diagnostic;
 }
 

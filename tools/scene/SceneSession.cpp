@@ -76,7 +76,7 @@ SceneSession::SceneSession(const SceneDescription& description,
     _LoadLibraries();
     _DeclareVariables();
     _LoadTextures();
-    _pShaders = std::make_unique<SceneShaders>(description, _textures, *_pManager, _console);
+    _pShaders = std::make_unique<SceneShaders>(description, _libraries, _textures, *_pManager, _console);
     _MakeEffects();
     _MakePrimitives();
     _AssignRoles();
@@ -120,6 +120,7 @@ void SceneSession::_LoadLibraries() {
                 _console.Fail(_description.nodesOfLibraries[i],
                               "the library '" + library + "' can't be loaded", result);
             }
+            _libraries.push_back(library);
             _console.Take();
         }
     }

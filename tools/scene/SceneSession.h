@@ -84,6 +84,7 @@ private:
     // Each needs those above it to the end.
     const SceneDescription& _description;
     std::vector<std::string> _libraryFolders; ///< where libraries are looked for, in this order
+    std::vector<std::string> _libraries;      ///< the files that are loaded
     MgrAssets _assets;
     AssetsScope _assetsScope;
     SceneConsole _console;

@@ -1,5 +1,6 @@
 #include "scene/SceneShaders.h"
 
+#include "scene/ClassNames.h"
 #include "scene/Connections.h"
 #include "scene/ElementValues.h"
 #include "scene/SceneConsole.h"
@@ -71,10 +72,11 @@ JsonNode _PlaceOf(const std::vector<std::pair<std::string, JsonNode>>& inputs,
 
 } // namespace
 
-SceneShaders::SceneShaders(const SceneDescription& description, const Textures& textures,
+SceneShaders::SceneShaders(const SceneDescription& description,
+                           const std::vector<std::string>& libraries, const Textures& textures,
                            MgrEffects& manager, SceneConsole& console)
-    : _description(description), _textures(textures), _manager(manager), _console(console),
-      _lights(description, manager, console) {
+    : _description(description), _libraries(libraries), _textures(textures), _manager(manager),
+      _console(console), _lights(description, manager, console) {
     for (const SceneDescription::Shader& described : description.shaders) {
         _Make(described);
     }
@@ -92,7 +94,9 @@ SceneShaders::SceneShaders(const SceneDescription& description, const Textures& 
         Result result;
         IPrototypeShader* const prototype = manager.GetPrototypeShader(values.name, &result);
         if (prototype == nullptr) {
-            console.Fail(values.node, "there is no class '" + values.name + "'", result);
+            console.Fail(values.node,
+                         "there is no class '" + values.name + "'" + _SuggestClass(values.name),
+                         result);
         }
         for (const auto& [name, value] : values.parameters) {
             _SetClassInput(*prototype, name, value);
@@ -100,12 +104,19 @@ SceneShaders::SceneShaders(const SceneDescription& description, const Textures& 
     }
 }
 
+/// Empty for the name of a class, which may not be to blame.
+std::string SceneShaders::_SuggestClass(const std::string& name) const {
+    return SuggestName(name, FindClassNames(_libraries));
+}
+
 void SceneShaders::_Make(const SceneDescription::Shader& described) {
     Result result;
     IShader* const shader = _lights.CreateShader(described.className, &result);
     if (shader == nullptr) {
         _console.Fail(described.node.Get("class"),
-                      "no shader of class '" + described.className + "' can be made", result);
+                      "no shader of class '" + described.className + "' can be made" +
+                          _SuggestClass(described.className),
+                      result);
     }
     shader->SetName(described.name);
     _shaders[described.name] = shader;

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <map>
 #include <string>
+#include <vector>
 
 namespace Tolen {
 class IKLTexImage2D;
@@ -27,10 +28,10 @@ class SceneShaders {
 public:
     using Textures = std::map<std::string, IKLTexImage2D*>;
 
-    /// All are borrowed.
+    /// All are borrowed. @param libraries the files that the manager has loaded
     /// @throws SceneError with the place of a mistake
-    SceneShaders(const SceneDescription& description, const Textures& textures,
-                 Effects::MgrEffects& manager, SceneConsole& console);
+    SceneShaders(const SceneDescription& description, const std::vector<std::string>& libraries,
+                 const Textures& textures, Effects::MgrEffects& manager, SceneConsole& console);
 
     /// Sets "shader.input", or "Class.input" of a static input, to a value or, for an interface
     /// input, to shaders by their names. The last dot counts, since names of shaders may have some.
@@ -70,7 +71,10 @@ private:
     void _SetTexture(Effects::IShader& shader, const std::string& name, const JsonNode& value);
     const SceneDescription::Shader* _FindDescribed(Effects::IShader& shader) const;
 
+    std::string _SuggestClass(const std::string& name) const;
+
     const SceneDescription& _description;
+    const std::vector<std::string>& _libraries;
     const Textures& _textures;
     Effects::MgrEffects& _manager;
     SceneConsole& _console;

@@ -28,16 +28,10 @@ std::optional<ScalarValue> MakeInt(std::int32_t value) {
     return scalar;
 }
 
-std::optional<ScalarValue> FoldFloats(BinaryOperator operation, float a, float b) {
+/// @return nothing for what is no comparison
+template <class T>
+std::optional<ScalarValue> Compare(BinaryOperator operation, T a, T b) {
     switch (operation) {
-    case kBinary_Add:
-        return MakeFloat(a + b);
-    case kBinary_Subtract:
-        return MakeFloat(a - b);
-    case kBinary_Multiply:
-        return MakeFloat(a * b);
-    case kBinary_Divide:
-        return b == 0.0f ? std::nullopt : MakeFloat(a / b);
     case kBinary_Less:
         return MakeInt(a < b);
     case kBinary_LessEqual:
@@ -52,6 +46,21 @@ std::optional<ScalarValue> FoldFloats(BinaryOperator operation, float a, float b
         return MakeInt(a != b);
     default:
         return std::nullopt;
+    }
+}
+
+std::optional<ScalarValue> FoldFloats(BinaryOperator operation, float a, float b) {
+    switch (operation) {
+    case kBinary_Add:
+        return MakeFloat(a + b);
+    case kBinary_Subtract:
+        return MakeFloat(a - b);
+    case kBinary_Multiply:
+        return MakeFloat(a * b);
+    case kBinary_Divide:
+        return b == 0.0f ? std::nullopt : MakeFloat(a / b);
+    default:
+        return Compare(operation, a, b);
     }
 }
 
@@ -83,24 +92,12 @@ std::optional<ScalarValue> FoldInts(BinaryOperator operation, std::int32_t a, st
         return MakeInt(a ^ b);
     case kBinary_BitOr:
         return MakeInt(a | b);
-    case kBinary_Less:
-        return MakeInt(a < b);
-    case kBinary_LessEqual:
-        return MakeInt(a <= b);
-    case kBinary_Greater:
-        return MakeInt(a > b);
-    case kBinary_GreaterEqual:
-        return MakeInt(a >= b);
-    case kBinary_Equal:
-        return MakeInt(a == b);
-    case kBinary_NotEqual:
-        return MakeInt(a != b);
     case kBinary_LogicalAnd:
         return MakeInt(a != 0 && b != 0);
     case kBinary_LogicalOr:
         return MakeInt(a != 0 || b != 0);
     default:
-        return std::nullopt;
+        return Compare(operation, a, b);
     }
 }
 

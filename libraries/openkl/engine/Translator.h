@@ -57,6 +57,7 @@ private:
     void _MakeRayCount(Entry entry);
     WordStore _MakeBuiltin(BuiltinVariable builtin, Entry entry);
     Values _LoadLanes(std::initializer_list<LaneInput> inputs, Entry entry);
+    void _StoreWords(IrKind kind, std::uint32_t first, const WordStore& source, const Type& type);
     void _StoreState();
     void _StoreOutputs();
     void _PassRayAttributes();

@@ -267,20 +267,26 @@ void Translator::_MakeGlobal(Entry entry, std::size_t index, bool isWritten, boo
     }
 }
 
-void Translator::_StoreState() {
-    auto store = [&](const WordStore& source, const Type& type, std::uint32_t word) {
-        Place place;
-        place.pStore = &source;
-        place.type = type;
-        std::vector<BaseType> bases = GetScalarBases(type);
-        Values values = _access.Load(place);
-        for (std::uint32_t i = 0; i < values.size(); ++i) {
-            ValueId value = values[i];
-            if (bases[i] == kBase_Bool) {
-                value = _builder.Do(Operation::MaskToI, value);
-            }
-            _builder.Store(IrKind::StoreState, word + i, value);
+/// Stores a variable in the words from @p first on.
+void Translator::_StoreWords(IrKind kind, std::uint32_t first, const WordStore& source,
+                             const Type& type) {
+    Place place;
+    place.pStore = &source;
+    place.type = type;
+    const std::vector<BaseType> bases = GetScalarBases(type);
+    const Values values = _access.Load(place);
+    for (std::uint32_t i = 0; i < values.size(); ++i) {
+        ValueId value = values[i];
+        if (bases[i] == kBase_Bool) {
+            value = _builder.Do(Operation::MaskToI, value);
         }
+        _builder.Store(kind, first + i, value);
+    }
+}
+
+void Translator::_StoreState() {
+    const auto store = [this](const WordStore& source, const Type& type, std::uint32_t word) {
+        _StoreWords(IrKind::StoreState, word, source, type);
     };
     if (_stage.stage == kStage_Frame) {
         store(_builtins[kVariable_OutputRayCount], kInt, 0);
@@ -298,19 +304,8 @@ void Translator::_StoreState() {
 
 /// The rows of the vertex stage: the position, then the record of varyings.
 void Translator::_StoreOutputs() {
-    auto store = [&](const WordStore& source, const Type& type, std::uint32_t row) {
-        Place place;
-        place.pStore = &source;
-        place.type = type;
-        std::vector<BaseType> bases = GetScalarBases(type);
-        Values values = _access.Load(place);
-        for (std::uint32_t i = 0; i < values.size(); ++i) {
-            ValueId value = values[i];
-            if (bases[i] == kBase_Bool) {
-                value = _builder.Do(Operation::MaskToI, value);
-            }
-            _builder.Store(IrKind::StoreOutput, row + i, value);
-        }
+    const auto store = [this](const WordStore& source, const Type& type, std::uint32_t row) {
+        _StoreWords(IrKind::StoreOutput, row, source, type);
     };
     store(_builtins[kVariable_Position], MakeVector(kBase_Float, 4), 0);
     for (std::size_t i = 0; i < _stage.globals.size(); ++i) {

@@ -21,6 +21,7 @@ using Tolen::Tests::RecordingContext;
 template <class T>
 std::vector<T> GetElements(const ValueBuffer<T>& value, int length) {
     std::vector<T> elements;
+    elements.reserve(static_cast<std::size_t>(length));
     for (int i = 0; i < length; ++i) {
         elements.push_back(value.Get(i));
     }

@@ -23,6 +23,7 @@ using Tolen::Tests::CapturedConsole;
 template <class T>
 std::vector<T> GetElements(Value<T>& value) {
     std::vector<T> elements;
+    elements.reserve(static_cast<std::size_t>(value.GetLength()));
     for (int i = 0; i < value.GetLength(); ++i) {
         elements.push_back(value.Get(i));
     }

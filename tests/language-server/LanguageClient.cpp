@@ -45,6 +45,7 @@ LanguageClient::LanguageClient(const std::vector<std::string>& arguments) {
     std::vector<std::string> words = {ProgramFolder() + "/klsl-lsp"};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
     for (std::string& word : words) {
         pointers.push_back(word.data());
     }

@@ -299,6 +299,7 @@ INSTANTIATE_TEST_SUITE_P(OfDirectives, Places, testing::ValuesIn(kDirectives));
 
 std::vector<std::string> TextsOf(const std::vector<Diagnostic>& diagnostics) {
     std::vector<std::string> texts;
+    texts.reserve(diagnostics.size());
     for (const Diagnostic& diagnostic : diagnostics) {
         texts.push_back(diagnostic.text);
     }

@@ -53,6 +53,7 @@ TEST(Reference, DescribesLibraries) {
 
 TEST(Reference, OfNothing_HasATitle) {
     EXPECT_EQ(MakeReference({}).page.substr(0, 12), "# Reference\n");
+    EXPECT_EQ(MakeReference({}, "Shaders").page.substr(0, 10), "# Shaders\n");
     EXPECT_NE(MakeReference({{"a", ""}}).page.find("## a\n"), std::string::npos);
 }
 

@@ -45,6 +45,7 @@ TEST(EngineRandom, RandomPrograms_DoWhatTheirTreesDo) {
         RandomProgram program(seed);
         std::vector<RandomProgramInput> inputs = MakeInputs(seed);
         std::vector<std::vector<float>> expected;
+        expected.reserve(inputs.size());
         for (const RandomProgramInput& input : inputs) {
             expected.push_back(program.Run(input));
         }

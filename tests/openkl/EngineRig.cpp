@@ -65,6 +65,7 @@ void EngineRig::SetUniform(const std::string& name, std::vector<std::uint32_t> w
 
 void EngineRig::SetUniform(const std::string& name, const std::vector<float>& values) {
     std::vector<std::uint32_t> words;
+    words.reserve(values.size());
     for (float value : values) {
         words.push_back(ToWord(value));
     }
@@ -131,6 +132,7 @@ const BatchOutput& EngineRig::Run(int count, int first, InstructionSet instructi
     }
     auto collect = [&](const std::vector<std::vector<std::uint32_t>>& rows) {
         std::vector<const void*> pointers;
+        pointers.reserve(rows.size());
         for (const std::vector<std::uint32_t>& row : rows) {
             pointers.push_back(row.data() + first);
         }

@@ -18,6 +18,7 @@ public:
 
     IPrimitive* Shade(const std::vector<std::string>& texts) {
         std::vector<IKLShader*> shaders;
+        shaders.reserve(texts.size());
         for (const std::string& text : texts) {
             shaders.push_back(MakeShader(IKLShader::kType_Ray, text));
         }

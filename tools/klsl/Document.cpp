@@ -25,7 +25,7 @@ int Document(const Options& options) {
     for (const std::string& path : options.files) {
         attempt(path, [&] { sources.push_back({path, ReadTextFile(path)}); });
     }
-    const Language::Reference reference = Language::MakeReference(sources);
+    const Language::Reference reference = Language::MakeReference(sources, options.title);
     for (const Language::Diagnostic& difference : reference.differences) {
         std::fprintf(stderr, "%s:%d: warning: %s\n", difference.file.c_str(), difference.line,
                      difference.text.c_str());

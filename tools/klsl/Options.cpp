@@ -92,6 +92,7 @@ bool ReadOptions(int count, char** arguments, Options& options, int& exitStatus)
     document->add_option("files", options.files, "the libraries, in the order of the page")
         ->required();
     document->add_option("-o,--output", options.output, "the page");
+    document->add_option("--title", options.title, "what the page is called");
 
     for (CLI::App* command : {check, print}) {
         AddVariables(*command, "--ray-attribute", options.names.rayAttributes,

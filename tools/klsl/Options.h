@@ -26,6 +26,7 @@ struct Options {
     Language::ClientNames names;          ///< what the client adds to the language
     std::string className;                ///< to print: the class of the root
     Effect effect = kEffect_Surface;      ///< to print: what the class is the root of
+    std::string title = "Reference";      ///< of a page
     std::string output;                   ///< of a graph or page; empty for the standard output
     bool checksFormat = false;            ///< to format: tell what would change, and change nothing
 };

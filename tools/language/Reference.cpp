@@ -16,7 +16,6 @@ namespace Tolen::Language {
 
 namespace {
 
-constexpr const char* kTitle = "Reference";
 
 using Rows = std::vector<std::vector<std::string>>;
 
@@ -60,7 +59,8 @@ std::string WithCapital(std::string text) {
 
 class ReferenceWriter {
 public:
-    explicit ReferenceWriter(const std::vector<ReferenceSource>& sources) {
+    ReferenceWriter(const std::vector<ReferenceSource>& sources, std::string title)
+        : _title(std::move(title)) {
         for (const ReferenceSource& source : sources) {
             _libraries.push_back(std::make_unique<Library>(source));
         }
@@ -68,7 +68,7 @@ public:
 
     Reference Run() {
         _Announce();
-        _page.AddHeading(1, kTitle);
+        _page.AddHeading(1, _title);
         _page.AddBlock("What these libraries declare, with their comments; made by `klsl doc`.");
         _AddContents();
         for (const auto& library : _libraries) {
@@ -81,7 +81,7 @@ public:
 private:
     /// In the order in which _AddLibrary writes.
     void _Announce() {
-        _page.Announce(kTitle, kTitle);
+        _page.Announce(_title, _title);
         for (const auto& library : _libraries) {
             _page.Announce(library->name, library->name);
             for (const Symbol& symbol : library->outline.symbols) {
@@ -354,6 +354,7 @@ private:
                    [&](const Symbol& child) { return child.signature == method.signature; });
     }
 
+    std::string _title;
     std::vector<std::unique_ptr<Library>> _libraries; ///< outlines and heads refer to them
     MarkdownPage _page;
     Reference _reference;
@@ -361,8 +362,8 @@ private:
 
 } // namespace
 
-Reference MakeReference(const std::vector<ReferenceSource>& sources) {
-    return ReferenceWriter(sources).Run();
+Reference MakeReference(const std::vector<ReferenceSource>& sources, const std::string& title) {
+    return ReferenceWriter(sources, title).Run();
 }
 
 } // namespace Tolen::Language

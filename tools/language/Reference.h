@@ -23,6 +23,8 @@ struct Reference {
 /// Describes libraries on one page by what they declare and by their comments: what each library
 /// says at its top, its interfaces and the classes that implement them, and of classes inputs,
 /// coords, outputs and methods. What is on the page is linked.
-Reference MakeReference(const std::vector<ReferenceSource>& sources);
+/// @param title of the page
+Reference MakeReference(const std::vector<ReferenceSource>& sources,
+                        const std::string& title = "Reference");
 
 } // namespace Tolen::Language

@@ -45,6 +45,7 @@ std::vector<NamedInput> GetInputs(IPrototypeShader& prototype) { return _GetInpu
 
 std::vector<std::string> GetNames(const std::vector<NamedInput>& inputs) {
     std::vector<std::string> names;
+    names.reserve(inputs.size());
     for (const NamedInput& input : inputs) {
         names.push_back(input.name);
     }

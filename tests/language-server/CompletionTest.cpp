@@ -66,6 +66,23 @@ TEST_P(Completion, OffersWhatCanStandThere) {
     }
 }
 
+TEST(CompletionOfVariables, OffersThoseOfTheRendererWithTheirComponents) {
+    const MarkedText source("class A { vec3 F() { return @tint.@x; } }");
+    LanguageClient client;
+    client.Initialize(Json::object(), {},
+                      {{"rayAttributes", {"vec3 tint"}}, {"globals", {"float time"}}});
+    client.Open("untitled:a", source.text);
+    const auto complete = [&](std::size_t place) {
+        return LabelsOf(client.RequestAt("textDocument/completion", "untitled:a",
+                                         source.places[place])["items"]);
+    };
+    const std::set<std::string> variables = complete(0);
+    for (const char* const name : {"tint", "time", "throughput", "direct"}) {
+        EXPECT_TRUE(variables.contains(name)) << name;
+    }
+    EXPECT_TRUE(complete(1).contains("xyz"));
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Places, Completion,
     testing::Values(

@@ -57,6 +57,22 @@ TEST(Hover, ShowsMethodsThroughInterfaces) {
               "```klsl\nfloat At(vec2 place)\n```\n\nMethod of interface `Pattern`.");
 }
 
+TEST(Hover, ShowsTheVariablesOfTheRenderer) {
+    const MarkedText source("class A { float F() { return @time * t@int.x * @direct; } }");
+    LanguageClient client;
+    client.Initialize(Json::object(), {},
+                      {{"rayAttributes", {"vec3 tint"}}, {"globals", {"float time"}}});
+    client.Open("untitled:a", source.text);
+    const std::string expected[] = {
+        "float time\n\nA global variable of the renderer: all shaders share it.",
+        "vec3 tint\n\nA ray attribute of the renderer: each ray carries a value of its own.",
+        "float direct\n\nA ray attribute of the renderer: each ray carries a value of its own."};
+    for (std::size_t i = 0; i < 3; ++i) {
+        const Json hover = client.RequestAt("textDocument/hover", "untitled:a", source.places[i]);
+        EXPECT_EQ(hover["contents"]["value"], expected[i]);
+    }
+}
+
 TEST(Hover, ShowsTheMethodsOfAnInterface) {
     EXPECT_EQ(Hover("#define X 1\ninterface Pattern { float At(vec2 place); vec3 Tint(); } "
                     "class A : @Pattern { }",

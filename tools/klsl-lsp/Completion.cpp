@@ -212,6 +212,9 @@ void Collector::_AddCode(std::size_t offset) {
     });
     _AddBuiltins(Builtin::kKind_Function);
     _AddBuiltins(Builtin::kKind_Variable);
+    for (const Builtin& variable : _workspace.GetClientVariables()) {
+        _list.Add(Meaning{{}, &variable}, CompletionList::kRank_Builtin);
+    }
     _AddTypes();
     _AddWords(kWordsInCode);
 }

@@ -84,7 +84,7 @@ std::size_t CountParameters(const Symbol& function) {
 
 Resolver::Resolver(const Workspace& workspace, const std::vector<SourcePtr>& sources,
                    const SourcePtr& pSource)
-    : _library(workspace, sources, pSource) {}
+    : _workspace(workspace), _library(workspace, sources, pSource) {}
 
 std::vector<Meaning> Resolver::Resolve(const SourceRange& word) const {
     return _Resolve(word, CountArguments(GetSource(), GetSource().FindTokenAfter(word.begin)));
@@ -104,7 +104,7 @@ std::vector<Meaning> Resolver::_Resolve(const SourceRange& word,
     for (Declared& declared : found) {
         meanings.push_back({std::move(declared), nullptr});
     }
-    const Builtin* const builtin = Language::FindBuiltin(name);
+    const Builtin* const builtin = _FindBuiltin(name);
     const std::size_t index = GetSource().FindTokenAfter(word.begin);
     const std::optional<std::size_t> before = GetSource().FindPrevious(index);
     const bool isMember =
@@ -252,6 +252,16 @@ Receiver Resolver::FindReceiver(std::size_t dot) const {
     return isElement ? Receiver() : _MakeReceiver(name);
 }
 
+const Builtin* Resolver::_FindBuiltin(const std::string& name) const {
+    if (const Builtin* const builtin = Language::FindBuiltin(name)) {
+        return builtin;
+    }
+    const std::vector<Builtin>& variables = _workspace.GetClientVariables();
+    const auto found = std::find_if(variables.begin(), variables.end(),
+                                    [&name](const Builtin& it) { return it.name == name; });
+    return found == variables.end() ? nullptr : &*found;
+}
+
 /// What a variable, or an element of it, is to a dot.
 Receiver Resolver::_MakeReceiver(const Symbol& variable, bool isElement) const {
     const bool isArray = !variable.brackets.empty();
@@ -272,7 +282,7 @@ Receiver Resolver::_MakeReceiver(const std::string& name) const {
     if (type.pSymbol != nullptr) {
         return {Receiver::kKind_Class, type, {}};
     }
-    const Builtin* const builtin = Language::FindBuiltin(name);
+    const Builtin* const builtin = _FindBuiltin(name);
     if (builtin == nullptr || builtin->kind != Builtin::kKind_Variable ||
         builtin->signatures.empty()) {
         return {};

@@ -36,6 +36,7 @@ struct Receiver {
 /// Finds out what names in a source mean.
 class Resolver {
 public:
+    /// @param workspace borrowed
     Resolver(const Workspace& workspace, const std::vector<SourcePtr>& sources,
              const SourcePtr& pSource);
 
@@ -72,9 +73,13 @@ private:
     std::vector<Declared> _FindUnqualified(const std::string& name, std::size_t offset,
                                            bool isCalled) const;
 
+    /// What a name means that nothing declares.
+    const Language::Builtin* _FindBuiltin(const std::string& name) const;
+
     Receiver _MakeReceiver(const Language::Symbol& variable, bool isElement) const;
     Receiver _MakeReceiver(const std::string& name) const;
 
+    const Workspace& _workspace;
     Library _library;
 };
 

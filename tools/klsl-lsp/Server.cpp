@@ -143,6 +143,7 @@ void Server::_SetClientNames(const Json& parameters) {
     put("/initializationOptions/rayAttributes", names.rayAttributes);
     put("/initializationOptions/globals", names.globals);
     _publisher.SetClientNames(names);
+    _workspace.SetClientNames(names);
 }
 
 void Server::_AddDocuments() {

@@ -3,6 +3,8 @@
 #include "Documents.h"
 #include "Source.h"
 
+#include "language/ClientNames.h"
+
 #include <cstddef>
 #include <filesystem>
 #include <map>
@@ -27,6 +29,12 @@ public:
     void AddFolder(const std::string& path) { _folders.insert(path); }
     void RemoveFolder(const std::string& path) { _folders.erase(path); }
     void SetSearchPaths(std::vector<std::string> paths) { _searchPaths = std::move(paths); }
+
+    void SetClientNames(const Language::ClientNames& names) {
+        _clientVariables = MakeBuiltins(names);
+    }
+    /// The variables that a client adds to the language.
+    const std::vector<Language::Builtin>& GetClientVariables() const { return _clientVariables; }
 
     /// Looks anew which files there are and reads those that have changed.
     void Scan();
@@ -58,6 +66,7 @@ private:
     const Documents& _documents;
     std::set<std::string> _folders;
     std::vector<std::string> _searchPaths;
+    std::vector<Language::Builtin> _clientVariables = Language::MakeBuiltins({});
     std::set<std::string> _paths;               ///< of the last scan
     mutable std::map<std::string, File> _files; ///< as they were read last, also others
 };

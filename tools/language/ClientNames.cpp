@@ -28,7 +28,8 @@ constexpr std::size_t kMaxLength = 2000;
 bool ReadClientVariable(const std::string& text, ClientVariable& variable) {
     static const std::regex kVariable("\\s*(\\w+)\\s+([A-Za-z_]\\w*)\\s*");
     std::smatch match;
-    if (text.size() > kMaxLength || !std::regex_match(text, match, kVariable) || FindType(match[1]) == kType_Void) {
+    if (text.size() > kMaxLength || !std::regex_match(text, match, kVariable) ||
+        FindType(match[1]) == kType_Void) {
         return false;
     }
     variable = {FindType(match[1]), match[2]};
@@ -45,6 +46,24 @@ void Put(std::vector<ClientVariable>& variables, const ClientVariable& variable)
     } else {
         *found = variable;
     }
+}
+
+std::vector<Builtin> MakeBuiltins(const ClientNames& names) {
+    std::vector<Builtin> builtins;
+    const auto add = [&builtins](const std::vector<ClientVariable>& variables,
+                                 const char* documentation) {
+        for (const ClientVariable& variable : variables) {
+            builtins.push_back({Builtin::kKind_Variable,
+                                variable.name,
+                                {TypeSpecifierToString(variable.type) + (" " + variable.name)},
+                                {},
+                                documentation});
+        }
+    };
+    add(names.rayAttributes,
+        "A ray attribute of the renderer: each ray carries a value of its own.");
+    add(names.globals, "A global variable of the renderer: all shaders share it.");
+    return builtins;
 }
 
 } // namespace Tolen::Language

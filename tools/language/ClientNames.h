@@ -1,5 +1,7 @@
 #pragma once
 
+#include "language/Builtins.h"
+
 #include "TolenEffects/SyntaxTypes.h"
 
 #include <string>
@@ -26,5 +28,8 @@ struct ClientNames {
                                               {Effects::kType_Float, "direct"}};
     std::vector<ClientVariable> globals;
 };
+
+/// What a reader would like to know of them.
+std::vector<Builtin> MakeBuiltins(const ClientNames& names);
 
 } // namespace Tolen::Language

@@ -16,8 +16,6 @@ constexpr std::string_view kCalls = " calls ";
 struct Function {
     IndexedSymbol symbol;
     std::string name; ///< with the class, such as "Rings.At"
-
-    FilePlace GetPlace() const { return symbol.pSource->pText->Find(symbol.pSymbol->nameRange); }
 };
 
 /// The signatures between quotes: "Rings_At_k1(vec2)".
@@ -103,18 +101,17 @@ std::optional<PlacedMessage> PlaceCallCycle(const std::string& text, SourceIndex
         const auto key = [](const FilePlace& place) {
             return std::tuple(place.file, place.line, place.columns.begin);
         };
-        return key(a.GetPlace()) < key(b.GetPlace());
+        return key(PlaceOf(a.symbol)) < key(PlaceOf(b.symbol));
     };
     std::rotate(cycle.begin(), std::min_element(cycle.begin(), cycle.end(), byPlace), cycle.end());
 
     PlacedMessage placed;
     placed.text = kBegin;
-    placed.place = cycle.front().GetPlace();
+    placed.place = PlaceOf(cycle.front().symbol);
     for (const Function& function : cycle) {
         placed.text += "'" + function.name + "'" + std::string(kCalls);
         if (&function != &cycle.front()) {
-            placed.notes.emplace_back(function.GetPlace(),
-                                      "'" + function.name + "' is declared here");
+            placed.AddNote(function.symbol, "'" + function.name + "' is declared here");
         }
     }
     placed.text += "'" + cycle.front().name + "'";

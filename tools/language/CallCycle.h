@@ -1,6 +1,6 @@
 #pragma once
 
-#include "language/MessagePlacer.h"
+#include "language/PlacedMessage.h"
 #include "language/SourceIndex.h"
 
 #include <optional>

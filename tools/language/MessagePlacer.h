@@ -1,26 +1,16 @@
 #pragma once
 
-#include "language/GeneratedNames.h"
+#include "language/CodePlacer.h"
 #include "language/Message.h"
 #include "language/NamesInScope.h"
-#include "language/PreprocessedText.h"
+#include "language/PlacedMessage.h"
 #include "language/SourceIndex.h"
 
-#include <cstddef>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace Tolen::Language {
-
-/// A message with the places that it means.
-struct PlacedMessage {
-    std::string text; ///< the message's, with the names of the source
-    FilePlace place;  ///< its columns are empty when all of the line is meant
-    std::vector<std::pair<FilePlace, std::string>> notes;
-    std::string suggestion;
-};
 
 /// Finds out what messages about classes and their code mean: they tell a line at best, and name
 /// things. A place is told only when it is sure to be the one.
@@ -28,7 +18,9 @@ class MessagePlacer {
 public:
     /// @param index, names borrowed
     MessagePlacer(SourceIndex& index, const ClientNames& names)
-        : _index(index), _scope(index, names) {}
+        : _index(index), _scope(index, names), _code(index, _scope) {}
+    MessagePlacer(const MessagePlacer&) = delete;
+    MessagePlacer& operator=(const MessagePlacer&) = delete;
 
     /// What was being done when the message came.
     struct Context {
@@ -58,38 +50,7 @@ public:
     std::vector<PlacedMessage> FindLostVariables(const std::string& path);
 
 private:
-    struct Rule;
-    static const std::vector<Rule>& _GetRules();
-
-    std::optional<PlacedMessage> _PlaceInRegion(const Message& message, const TokenRegion& region);
     std::optional<PlacedMessage> _PlaceInClass(const Message& message, const Context& context);
-    void _AddNotes(const Message& message, const TokenRegion& region, PlacedMessage& placed);
-    void _AddNote(const IndexedSymbol& symbol, PlacedMessage& placed,
-                  const std::string& text = {}) const;
-    void _Suggest(const IndexedSource& source, std::size_t offset, const std::string& name,
-                  const std::vector<std::string>& names, PlacedMessage& placed);
-
-    /// Each takes what the message names; they leave the place alone when they find none.
-    /// @{
-    using Names = std::vector<std::string>;
-    std::size_t _PlaceVariable(const Names& names, const TokenRegion& region,
-                               PlacedMessage& placed);
-    std::size_t _PlaceFunction(const Names& names, const TokenRegion& region,
-                               PlacedMessage& placed);
-    std::size_t _PlaceCall(const Names& names, const TokenRegion& region, PlacedMessage& placed);
-    std::size_t _PlaceMember(const Names& names, const TokenRegion& region, PlacedMessage& placed);
-    std::size_t _PlaceAssigned(const Names& names, const TokenRegion& region,
-                               PlacedMessage& placed);
-    std::size_t _PlaceDeclared(const Names& names, const TokenRegion& region,
-                               PlacedMessage& placed);
-    std::size_t _PlaceTwice(const Names& names, const TokenRegion& region, PlacedMessage& placed);
-    std::size_t _PlaceReturn(const Names& names, const TokenRegion& region, PlacedMessage& placed);
-    std::size_t _PlaceMethod(const Names& names, const TokenRegion& region, PlacedMessage& placed);
-    std::size_t _PlaceObject(const Names& names, const TokenRegion& region, PlacedMessage& placed);
-    std::size_t _PlaceClass(const Names& names, const TokenRegion& region, PlacedMessage& placed);
-    std::size_t _PlaceWord(const Names& names, const TokenRegion& region, PlacedMessage& placed);
-    /// @}
-
     bool _PlaceOutput(const Message& message, const IndexedSymbol& container,
                       PlacedMessage& placed);
     bool _PlaceInHead(const Message& message, const IndexedSymbol& container,
@@ -99,6 +60,7 @@ private:
 
     SourceIndex& _index;
     NamesInScope _scope;
+    CodePlacer _code;
 };
 
 } // namespace Tolen::Language

@@ -316,6 +316,13 @@ private:
 
 } // namespace
 
+const Symbol* Symbol::FindChild(const std::string& childName) const {
+    const auto found =
+        std::find_if(children.begin(), children.end(),
+                     [&childName](const Symbol& child) { return child.name == childName; });
+    return found == children.end() ? nullptr : &*found;
+}
+
 std::vector<const Symbol*> Outline::FindAround(std::size_t offset) const {
     std::vector<const Symbol*> around;
     const std::vector<Symbol>* siblings = &symbols;

@@ -48,6 +48,9 @@ struct Symbol {
     SourceRange bodyRange;
     std::vector<Symbol> children; ///< in the order of the source
 
+    /// The first child of a name; null when there is none.
+    const Symbol* FindChild(const std::string& childName) const;
+
     bool IsContainer() const { return kind == kKind_Class || kind == kKind_Interface; }
     bool IsFunction() const { return kind == kKind_Function || kind == kKind_Method; }
 };

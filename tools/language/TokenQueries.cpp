@@ -75,6 +75,10 @@ std::size_t TokenQueries::FindGroupEnd(std::size_t token) const {
     return token;
 }
 
+TokenRegion RegionOf(const IndexedSource& source, const SourceRange& range) {
+    return {&source, source.FindToken(range.begin), source.FindToken(range.end)};
+}
+
 TokenRegion FindRegion(const IndexedSource& source, int line) {
     const SourceRange bytes = source.pText->GetText().GetLineRange(line);
     TokenRegion region{&source, source.FindToken(bytes.begin), 0};

@@ -3,6 +3,7 @@
 #include "language/GeneratedNames.h"
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -32,6 +33,39 @@ public:
 private:
     const IndexedSource& _source;
 };
+
+/// No token.
+inline constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+/// The one token of a region that has this text and is as @p filter says.
+/// @return kNone when there is none, or more than one
+template <class Filter>
+std::size_t FindOnly(const TokenRegion& region, const std::string& text, Filter filter) {
+    std::size_t found = kNone;
+    for (std::size_t token = region.begin; token < region.end; ++token) {
+        if (region.pSource->GetText(token) == text && filter(token)) {
+            if (found != kNone) {
+                return kNone;
+            }
+            found = token;
+        }
+    }
+    return found;
+}
+
+/// The first token that has this text and is as @p filter says; where the message means all of
+/// them, this is as good as any.
+template <class Filter>
+std::size_t FindFirst(const TokenRegion& region, const std::string& text, Filter filter) {
+    for (std::size_t token = region.begin; token < region.end; ++token) {
+        if (region.pSource->GetText(token) == text && filter(token)) {
+            return token;
+        }
+    }
+    return kNone;
+}
+
+TokenRegion RegionOf(const IndexedSource& source, const SourceRange& range);
 
 /// The tokens of the statements, or heads of statements, that begin on a line.
 TokenRegion FindRegion(const IndexedSource& source, int line);

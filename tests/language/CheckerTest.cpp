@@ -430,6 +430,21 @@ TEST(Checker, Texts_StandForFilesUntilTheyAreRemoved) {
     EXPECT_THAT(checker.Check({path}), IsEmpty());
 }
 
+TEST(Checker, LongCycles_AreToldInPart) {
+    std::string text;
+    for (int i = 0; i < 12; ++i) {
+        text += "float f" + std::to_string(i) + "() { return f" + std::to_string((i + 1) % 12) +
+                "(); }\n";
+    }
+    const std::vector<Diagnostic> diagnostics = CheckText(text);
+    ASSERT_FALSE(diagnostics.empty());
+    EXPECT_EQ(diagnostics[0].text,
+              "functions call one another in a cycle: 'f0' calls 'f1' calls 'f2' calls 'f3' calls "
+              "'f4' calls 'f5' calls 'f6' calls 'f7' calls ..., which calls 'f0'");
+    EXPECT_EQ(diagnostics[0].line, 1);
+    EXPECT_THAT(diagnostics[0].notes, SizeIs(7));
+}
+
 TEST(Checker, NamesWithoutEnd_AreCut) {
     const std::string name(1000000, 'a');
     const std::string texts[] = {

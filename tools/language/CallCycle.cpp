@@ -18,9 +18,11 @@ struct Function {
     std::string name; ///< with the class, such as "Rings.At"
 };
 
-/// The signatures between quotes: "Rings_At_k1(vec2)".
-std::vector<std::string> ReadSignatures(const std::string& text) {
+/// The signatures between quotes, such as "Rings_At_k1(vec2)".
+/// @param isWhole whether they are all of the cycle; of long ones only the first are told
+std::vector<std::string> ReadSignatures(const std::string& text, bool& isWhole) {
     std::vector<std::string> signatures;
+    isWhole = true;
     std::size_t at = text.find(kBegin);
     for (at = at == std::string::npos ? at : at + kBegin.size();
          at < text.size() && text[at] == '\'';) {
@@ -30,7 +32,10 @@ std::vector<std::string> ReadSignatures(const std::string& text) {
         }
         signatures.push_back(text.substr(at + 1, end - at - 1));
         at = end + 1;
-        at += text.compare(at, kCalls.size(), kCalls) == 0 ? kCalls.size() : 0;
+        if (text.compare(at, kCalls.size(), kCalls) == 0) {
+            at += kCalls.size();
+            isWhole = at < text.size() && text[at] == '\'';
+        }
     }
     return signatures;
 }
@@ -86,7 +91,8 @@ std::vector<Function> FindFunctions(const std::string& signature, SourceIndex& i
 
 std::optional<PlacedMessage> PlaceCallCycle(const std::string& text, SourceIndex& index) {
     std::vector<Function> cycle;
-    for (const std::string& signature : ReadSignatures(text)) {
+    bool isWhole = false;
+    for (const std::string& signature : ReadSignatures(text, isWhole)) {
         const std::vector<Function> meant = FindFunctions(signature, index);
         if (meant.empty()) {
             return std::nullopt;
@@ -96,14 +102,17 @@ std::optional<PlacedMessage> PlaceCallCycle(const std::string& text, SourceIndex
     if (cycle.size() < 2) {
         return std::nullopt;
     }
-    cycle.pop_back(); // the first again
     const auto byPlace = [](const Function& a, const Function& b) {
         const auto key = [](const FilePlace& place) {
             return std::tuple(place.file, place.line, place.columns.begin);
         };
         return key(PlaceOf(a.symbol)) < key(PlaceOf(b.symbol));
     };
-    std::rotate(cycle.begin(), std::min_element(cycle.begin(), cycle.end(), byPlace), cycle.end());
+    if (isWhole) {
+        cycle.pop_back(); // the first again
+        std::rotate(cycle.begin(), std::min_element(cycle.begin(), cycle.end(), byPlace),
+                    cycle.end());
+    }
 
     PlacedMessage placed;
     placed.text = kBegin;
@@ -114,7 +123,7 @@ std::optional<PlacedMessage> PlaceCallCycle(const std::string& text, SourceIndex
             placed.AddNote(function.symbol, "'" + function.name + "' is declared here");
         }
     }
-    placed.text += "'" + cycle.front().name + "'";
+    placed.text += (isWhole ? "'" : "..., which calls '") + cycle.front().name + "'";
     return placed;
 }
 

@@ -109,12 +109,12 @@ TEST(SourceReader, AnImport_IsToldAndSharesTheDefinitions) {
     listener.files["inner"] = "#define A 2";
 
     EXPECT_TRUE(listener.Read("#import \"inner\"\nA"));
-    EXPECT_EQ(
-        listener.heard,
-        (Lines{"Effects Manager: Deprecated preprocessor directive #import \"inner\"' in file "
-               "'main', at 1 #import \"inner\"",
-               "import inner, at 1 \"inner\"", "define A, at 1 A", "1: '' was '#define A 2'",
-               "1: '' was '#import \"inner\"'", "2: '2' was 'A'"}));
+    const std::string deprecated = "Effects Manager: Deprecated preprocessor directive #import "
+                                   "\"inner\"' in file 'main', at 1 #import \"inner\"";
+    EXPECT_EQ(listener.heard,
+              (Lines{deprecated, "import inner, at 1 \"inner\"", "define A, at 1 A",
+                     "1: '' was '#define A 2'", "1: '' was '#import \"inner\"'",
+                     "2: '2' was 'A'"}));
     EXPECT_EQ(listener.kinds, (Kinds{SourceReader::Remark::kKind_Error}));
 }
 
@@ -122,11 +122,10 @@ TEST(SourceReader, ARedefinition_IsToldBeforeTheNewDefinition) {
     Listener listener;
 
     EXPECT_TRUE(listener.Read("#define A 1\n#define A 2"));
-    EXPECT_EQ(listener.heard,
-              (Lines{"define A, at 1 A", "1: '' was '#define A 1'",
-                     "Effects Manager: Pre-Processor found redefinition of 'A' as '2' (was '1'), "
-                     "at 2 A",
-                     "define A, at 2 A", "2: '' was '#define A 2'"}));
+    const std::string redefined = "Effects Manager: Pre-Processor found redefinition of 'A' as "
+                                  "'2' (was '1'), at 2 A";
+    EXPECT_EQ(listener.heard, (Lines{"define A, at 1 A", "1: '' was '#define A 1'", redefined,
+                                     "define A, at 2 A", "2: '' was '#define A 2'"}));
     EXPECT_EQ(listener.kinds, (Kinds{SourceReader::Remark::kKind_Redefinition}));
 }
 

@@ -111,10 +111,9 @@ TEST(SourceReader, AnImport_IsToldAndSharesTheDefinitions) {
     EXPECT_TRUE(listener.Read("#import \"inner\"\nA"));
     const std::string deprecated = "Effects Manager: Deprecated preprocessor directive #import "
                                    "\"inner\"' in file 'main', at 1 #import \"inner\"";
-    EXPECT_EQ(listener.heard,
-              (Lines{deprecated, "import inner, at 1 \"inner\"", "define A, at 1 A",
-                     "1: '' was '#define A 2'", "1: '' was '#import \"inner\"'",
-                     "2: '2' was 'A'"}));
+    EXPECT_EQ(listener.heard, (Lines{deprecated, "import inner, at 1 \"inner\"", "define A, at 1 A",
+                                     "1: '' was '#define A 2'", "1: '' was '#import \"inner\"'",
+                                     "2: '2' was 'A'"}));
     EXPECT_EQ(listener.kinds, (Kinds{SourceReader::Remark::kKind_Error}));
 }
 

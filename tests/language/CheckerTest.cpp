@@ -266,6 +266,11 @@ const PlaceCase kCycles[] = {
       "float [b]() { return c(); }"},
      {"'A_B.c' is declared here |   float [c]() { return a(); }",
       "'A_B.a' is declared here |   float [a]() { return b(); }"}},
+    // "b_kind" ends as a key begins.
+    {"class A { float b(float x) { return x; }\n  float b_kind(float x) { return b_kind(x); } }\n",
+     {"functions call one another in a cycle: 'A.b_kind' calls 'A.b_kind' |   float [b_kind](float x) "
+      "{ return b_kind(x); } }"},
+     {}},
     {"class A { static float s(int i) { return 1.0; }\n"
      "  static float s(float x) { return s(x); } }\n",
      {"functions call one another in a cycle: 'A.s' calls 'A.s' |   static float [s](float x) { "

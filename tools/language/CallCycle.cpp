@@ -1,5 +1,7 @@
 #include "CallCycle.h"
 
+#include "language/GeneratedNames.h"
+
 #include <algorithm>
 #include <string_view>
 #include <tuple>
@@ -51,29 +53,24 @@ std::string TypesOf(const Symbol& function) {
     return "(" + types + ")";
 }
 
-/// Whether code calls the method by @p name, which ends with the key of a shader unless the method
-/// is static.
-bool IsMethod(const std::string& name, const Symbol& container, const Symbol& method) {
-    const std::string ofClass = container.name + "_" + method.name;
-    return method.kind == Symbol::kKind_Method && name.starts_with(ofClass) &&
-           (name.size() == ofClass.size() || name.compare(ofClass.size(), 2, "_k") == 0);
-}
-
 /// Every function that may be meant, those with the parameters of the signature first.
 std::vector<Function> FindFunctions(const std::string& signature, SourceIndex& index) {
     const std::size_t bracket = signature.find('(');
     const std::string name = signature.substr(0, bracket);
+    const std::string ofClass = WithoutKeys(name);
     std::vector<Function> found;
     for (const IndexedSymbol& function : index.FindFunctions(name)) {
         found.push_back({function, name});
     }
     for (const IndexedSource* const source : index.GetSources()) {
         for (const Symbol& container : source->outline.symbols) {
-            if (container.kind != Symbol::kKind_Class || !name.starts_with(container.name + "_")) {
+            if (container.kind != Symbol::kKind_Class ||
+                !ofClass.starts_with(container.name + "_")) {
                 continue;
             }
             for (const Symbol& method : container.children) {
-                if (IsMethod(name, container, method)) {
+                if (method.kind == Symbol::kKind_Method &&
+                    ofClass == container.name + "_" + method.name) {
                     found.push_back({{source, &method}, container.name + "." + method.name});
                 }
             }

@@ -45,9 +45,13 @@ std::string WithoutClass(const std::string& name, bool isOfShader, SourceIndex& 
 
 } // namespace
 
+std::string WithoutKeys(const std::string& name) {
+    static const std::regex kKeys("(_k[0-9a-f]+)+$");
+    return std::regex_replace(name, kKeys, "");
+}
+
 std::string PutSourceNames(const std::string& text, SourceIndex& index, const TokenRegion& region) {
     static const std::regex kQuoted("'([A-Za-z_]\\w*)");
-    static const std::regex kKeys("(_k[0-9a-f]+)+$");
     static const std::regex kArrayCall("ParameterInterfaceArray_k[0-9a-f]+_(\\w+)");
     static const std::regex kMember("PrototypeMemberValue(Single|Array)");
 
@@ -57,7 +61,7 @@ std::string PutSourceNames(const std::string& text, SourceIndex& index, const To
     for (std::sregex_iterator quoted(text.begin(), text.end(), kQuoted), end; quoted != end;
          ++quoted) {
         const std::string name = (*quoted)[1];
-        std::string source = std::regex_replace(name, kKeys, "");
+        std::string source = WithoutKeys(name);
         const bool isOfShader = source != name;
         if (source.starts_with(kMadeImplementation)) {
             source.erase(0, kMadeImplementation.size());

@@ -18,6 +18,10 @@ struct TokenRegion {
     }
 };
 
+/// A generated name without the keys of the shader and the graph that it ends with: "Dots_At" of
+/// "Dots_At_k2a". Names of static methods have none.
+std::string WithoutKeys(const std::string& name);
+
 /// Puts the names of the source into a message about generated code, in which every shader has
 /// names of its own: "no function 'Dots_At_k2a' takes (vec3)" becomes "no function 'At' ...".
 /// @param region what the message is about

@@ -66,7 +66,7 @@ private:
     const Documents& _documents;
     std::set<std::string> _folders;
     std::vector<std::string> _searchPaths;
-    std::vector<Language::Builtin> _clientVariables = Language::MakeBuiltins({});
+    std::vector<Language::Builtin> _clientVariables; ///< as SetClientNames has them
     std::set<std::string> _paths;               ///< of the last scan
     mutable std::map<std::string, File> _files; ///< as they were read last, also others
 };

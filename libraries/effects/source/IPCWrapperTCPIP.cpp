@@ -57,8 +57,9 @@ bool Resolve(const char* name, in_addr& address) {
     hints.ai_socktype = SOCK_STREAM;
     addrinfo* list = nullptr;
     if (::getaddrinfo(name, nullptr, &hints, &list) != 0) {
-        address.s_addr = htonl(INADDR_LOOPBACK);
-        return std::string_view(name) == "localhost";
+        const bool isLocal = std::string_view(name) == "localhost";
+        address.s_addr = isLocal ? htonl(INADDR_LOOPBACK) : address.s_addr;
+        return isLocal;
     }
     bool isFound = false;
     for (const addrinfo* entry = list; entry != nullptr; entry = entry->ai_next) {

@@ -241,6 +241,14 @@ std::vector<Mistake> MakeMistakes() {
     };
 }
 
+TEST(Connections, AMisspeltClassOfAnIncludedFile_IsToldWithTheOneThatIsMeant) {
+    const std::string scene = WriteScene(Shader("root", "Lid"));
+    WriteTemporary("nodes.klsl", "#include \"all.klsl\"\n");
+    WriteTemporary("all.klsl", kLibrary);
+    const Ended run = RunProgram("tolen-render", {scene, "-q", "-o", GetTemporary("out.png")});
+    EXPECT_THAT(run.errors, HasSubstr("'Lid' can be made (did you mean 'Lit'?)\n"));
+}
+
 TEST(Connections, MistakesAreToldOnceWithTheirPlace) {
     for (const Mistake& mistake : MakeMistakes()) {
         SCOPED_TRACE(mistake.name);

@@ -76,7 +76,8 @@ SceneSession::SceneSession(const SceneDescription& description,
     _LoadLibraries();
     _DeclareVariables();
     _LoadTextures();
-    _pShaders = std::make_unique<SceneShaders>(description, _libraries, _textures, *_pManager, _console);
+    _pShaders = std::make_unique<SceneShaders>(description, _libraries, _textures, *_pManager,
+                                               _console);
     _MakeEffects();
     _MakePrimitives();
     _AssignRoles();
